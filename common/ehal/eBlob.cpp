@@ -1,0 +1,325 @@
+#include "eBlob.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+#include "eArchive.h"
+
+namespace {
+
+constexpr unsigned int kSignature = 0x11223345;
+constexpr unsigned int kOldSignature = 0x11223344;
+constexpr char kUpperHexDigits[] = "0123456789ABCDEF";
+constexpr char kLowerHexDigits[] = "0123456789abcdef";
+
+bool IsHexDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+}
+
+// Allocations are zeroed so that reserved bytes, which GetAt and Memset may reach, never hold
+// stale memory.
+unsigned char* Allocate(unsigned int n) {
+  return new unsigned char[n]();
+}
+
+void AppendHexByte(std::string& text, unsigned char byte) {
+  text.push_back(kUpperHexDigits[byte >> 4]);
+  text.push_back(kUpperHexDigits[byte & 0x0F]);
+}
+
+}  // namespace
+
+EBlob::EBlob(const void* data, unsigned int length) {
+  SetData(data, length);
+}
+
+EBlob::EBlob(const void* first, unsigned int firstLength, const void* second,
+             unsigned int secondLength) {
+  SetData(first, firstLength, second, secondLength);
+}
+
+EBlob::EBlob(const EBlob& other) {
+  Copy(other);
+}
+
+EBlob& EBlob::operator=(const EBlob& other) {
+  Copy(other);
+  return *this;
+}
+
+EBlob::~EBlob() {
+  FreeBuf();
+}
+
+void EBlob::Init() {
+  m_Data = nullptr;
+  m_Size = 0;
+  m_Capacity = 0;
+}
+
+void EBlob::Copy(const EBlob& other) {
+  if (this == &other) return;
+  SetData(other.m_Data, other.m_Size);
+}
+
+void EBlob::FreeBuf() {
+  delete[] m_Data;
+  m_Data = nullptr;
+}
+
+void EBlob::NewBuf(unsigned int n) {
+  FreeBuf();
+  if (n == 0) return;
+  m_Data = Allocate(n);
+  m_Capacity = n;
+}
+
+void EBlob::Empty(unsigned int n) {
+  m_Size = 0;
+  if (Room() < n) NewBuf(n);
+}
+
+void EBlob::SetSize(unsigned int n, bool keep) {
+  m_Size = keep ? std::min(m_Size, n) : 0;
+  if (n <= Room()) return;
+  unsigned char* const data = Allocate(n);
+  if (m_Size > 0) std::memcpy(data, m_Data, m_Size);
+  delete[] m_Data;
+  m_Data = data;
+  m_Capacity = n;
+}
+
+void EBlob::Swap(EBlob& other) {
+  std::swap(m_Data, other.m_Data);
+  std::swap(m_Size, other.m_Size);
+  std::swap(m_Capacity, other.m_Capacity);
+}
+
+bool EBlob::TruncateToSize(unsigned int n) {
+  if (m_Size < n) return false;
+  m_Size = n;
+  return true;
+}
+
+void EBlob::SetData(const void* data, unsigned int length) {
+  if (Room() < length) {
+    m_Size = 0;
+    NewBuf(length);
+  }
+  if (m_Data != nullptr && data != nullptr && length > 0) std::memmove(m_Data, data, length);
+  m_Size = length;
+}
+
+void EBlob::SetData(const void* first, unsigned int firstLength, const void* second,
+                    unsigned int secondLength) {
+  const std::uint64_t total = std::uint64_t{firstLength} + secondLength;
+  if (total == 0 || (first == nullptr && second == nullptr)) return;
+  if (total > UINT32_MAX) throw std::bad_alloc();
+  if (total > Room()) {
+    Empty(0);
+    NewBuf(static_cast<unsigned int>(total));
+  }
+  if (first != nullptr && firstLength > 0) std::memmove(m_Data, first, firstLength);
+  if (second != nullptr && secondLength > 0) {
+    std::memmove(m_Data + (first != nullptr ? firstLength : 0), second, secondLength);
+  }
+  m_Size = static_cast<unsigned int>(total);
+}
+
+bool EBlob::Append(const EBlob& other) {
+  const unsigned int otherSize = other.m_Size;
+  const std::uint64_t total = std::uint64_t{m_Size} + otherSize;
+  if (total > UINT32_MAX) return false;
+  if (Room() < total) SetSize(static_cast<unsigned int>(total), true);
+  if (Room() < total) return false;
+  if (otherSize > 0) std::memmove(m_Data + m_Size, other.m_Data, otherSize);
+  m_Size = static_cast<unsigned int>(total);
+  return true;
+}
+
+unsigned int EBlob::Memset(unsigned char value, unsigned int offset, unsigned int count) {
+  const unsigned int room = Room();
+  offset = std::min(offset, room);
+  const std::uint64_t end = std::uint64_t{offset} + count;
+  if (end <= room && count != 0) {
+    std::memset(m_Data + offset, value, count);
+    m_Size = std::max(m_Size, static_cast<unsigned int>(end));
+    return static_cast<unsigned int>(end);
+  }
+  if (room > offset) std::memset(m_Data + offset, value, room - offset);
+  m_Size = std::max(m_Size, room);
+  return room;
+}
+
+bool EBlob::RemoveLeadingBytes(unsigned int n) {
+  if (m_Size <= n) {
+    m_Size = 0;
+    return true;
+  }
+  if (n == 0) return false;
+  std::memmove(m_Data, m_Data + n, m_Size - n);
+  m_Size -= n;
+  return true;
+}
+
+void EBlob::ForceSize(unsigned int n) {
+  if (n == m_Size) return;
+  if (n < m_Size) {
+    std::memmove(m_Data, m_Data + (m_Size - n), n);
+    m_Size = n;
+    return;
+  }
+  unsigned char* const data = Allocate(n);
+  if (m_Size > 0) std::memcpy(data + (n - m_Size), m_Data, m_Size);
+  delete[] m_Data;
+  m_Data = data;
+  m_Size = n;
+  m_Capacity = n;
+}
+
+bool EBlob::GetAt(unsigned char* destination, unsigned int offset, unsigned int length) const {
+  if (std::uint64_t{offset} + length > Room()) return false;
+  if (length > 0) std::memcpy(destination, m_Data + offset, length);
+  return true;
+}
+
+bool EBlob::GetAt(EBlob& destination, unsigned int offset, unsigned int length) const {
+  if (std::uint64_t{offset} + length > m_Size) return false;
+  destination.Empty(length);
+  if (length > 0) std::memmove(destination.m_Data, m_Data + offset, length);
+  destination.m_Size = length;
+  return true;
+}
+
+bool EBlob::IsEqual(const EBlob& other) const {
+  if (m_Size != other.m_Size) return false;
+  return m_Size == 0 || std::memcmp(m_Data, other.m_Data, m_Size) == 0;
+}
+
+bool EBlob::Compare(const unsigned char* bytes, unsigned int length) const {
+  if (bytes == nullptr || length == 0 || length > m_Size) return false;
+  return std::memcmp(m_Data, bytes, length) == 0;
+}
+
+bool EBlob::Compare(const EBlob& other, unsigned int length) const {
+  if (length > other.m_Size) return false;
+  return Compare(other.m_Data, length);
+}
+
+bool EBlob::operator<(const EBlob& other) const {
+  if (other.m_Data == nullptr) return false;
+  if (m_Data == nullptr) return true;
+  const unsigned int common = std::min(m_Size, other.m_Size);
+  const int order = common == 0 ? 0 : std::memcmp(m_Data, other.m_Data, common);
+  if (order != 0) return order < 0;
+  return m_Size < other.m_Size;
+}
+
+EBlob& EBlob::operator~() {
+  for (unsigned int i = 0; i < m_Size; ++i)
+    m_Data[i] = static_cast<unsigned char>(~m_Data[i]);
+  return *this;
+}
+
+unsigned int EBlob::IncrementBy(unsigned int n) {
+  if (m_Size == 0 || n == 0) return 0;
+  unsigned int carry = 0;
+  for (unsigned int k = 0; k < m_Size; ++k) {
+    unsigned char& byte = m_Data[m_Size - 1 - k];
+    const unsigned int addend = k < 4 ? (n >> (8 * k)) & 0xFF : 0;
+    const unsigned int sum = byte + addend + carry;
+    byte = static_cast<unsigned char>(sum);
+    carry = sum >> 8;
+  }
+  return carry;
+}
+
+std::string EBlob::GetHexString() const {
+  std::string text;
+  text.reserve(std::size_t{m_Size} * 3);
+  for (unsigned int i = 0; i < m_Size; ++i) {
+    AppendHexByte(text, m_Data[i]);
+    text.push_back(' ');
+  }
+  return text;
+}
+
+void EBlob::SetHexString(const std::string& text) {
+  m_Size = 0;
+  if (text.size() > Room()) NewBuf(static_cast<unsigned int>(text.size()));
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!IsHexDigit(text[i])) continue;
+    unsigned char byte = static_cast<unsigned char>(AsciiToHex(text[i]) << 4);
+    if (i + 1 < text.size()) byte |= AsciiToHex(text[++i]);
+    m_Data[m_Size++] = byte;
+  }
+}
+
+std::string EBlob::GetHexDumpOfPacket() const {
+  std::string text;
+  text.reserve(std::size_t{m_Size} * 4 + 16);
+  for (unsigned int i = 0; i < m_Size; ++i) {
+    if (i % 16 == 0) {
+      if (i != 0) text.push_back('\n');
+      text.push_back('\t');
+      for (int shift = 28; shift >= 0; shift -= 4)
+        text.push_back(kLowerHexDigits[(i >> shift) & 0xF]);
+      text += " :";
+    }
+    text.push_back(' ');
+    AppendHexByte(text, m_Data[i]);
+    if ((i + 1) % 8 == 0) text.push_back(' ');
+  }
+  return text;
+}
+
+unsigned char EBlob::AsciiToHex(char c) const {
+  if (c >= '0' && c <= '9') return static_cast<unsigned char>(c - '0');
+  if (c >= 'A' && c <= 'F') return static_cast<unsigned char>(c - 'A' + 10);
+  if (c >= 'a' && c <= 'f') return static_cast<unsigned char>(c - 'a' + 10);
+  return 0;
+}
+
+char EBlob::HexToAscii(char value) const {
+  return kUpperHexDigits[value & 0x0F];
+}
+
+void EBlob::HexToText(char value, char* text) const {
+  const unsigned char byte = static_cast<unsigned char>(value);
+  text[0] = kUpperHexDigits[byte >> 4];
+  text[1] = kUpperHexDigits[byte & 0x0F];
+  text[2] = ' ';
+  text[3] = '\0';
+}
+
+void EBlob::SerializeOut(EArchive& archive) const {
+  archive.WriteSignedInt(static_cast<int>(kSignature));
+  archive.WriteBlob(*this);
+}
+
+void EBlob::SerializeIn(EArchive& archive) {
+  const unsigned int signature = archive.ReadUnsignedInt();
+  if (signature == kSignature) {
+    archive.ReadBlob(*this);
+    return;
+  }
+  if (signature == kOldSignature) {
+    std::string text;
+    archive.SerializeRawStringIn(text);
+    SetHexString(text);
+    return;
+  }
+  EArchive::SerializeError("x86_64/common/ehal/eBlob", 536, "EBlob::SerializeIn");
+}
+
+EArchive& operator<<(EArchive& archive, const EBlob& blob) {
+  blob.SerializeOut(archive);
+  return archive;
+}
+
+EArchive& operator>>(EArchive& archive, EBlob& blob) {
+  blob.SerializeIn(archive);
+  return archive;
+}

@@ -1,0 +1,186 @@
+// EArchive: the serialisation medium of the library. Numbers are written as decimal text
+// followed by one blank, strings and blobs as a length followed by their raw bytes; the reader
+// is tolerant and skips whatever is not part of a number. Also home of the one serialisation
+// error function and of the vector/map container operations.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "eBlob.h"
+
+enum eArchiveMode { eModeNone = 0, eModeStoring = 1, eModeLoading = 2 };
+
+class EArchive {
+ public:
+  // Called by SerializeError in place of the default report; see SetSerializeErrorHandler.
+  using SerializeErrorHandler = void (*)(const char* file, int line, const char* function);
+
+  EArchive() = default;
+  EArchive(const EArchive& other);
+  EArchive& operator=(const EArchive& other);
+  ~EArchive();
+
+  // Copies mode, valid bytes and both positions.
+  void Copy(const EArchive& other);
+  // Mode none, size 0 (allocation kept), both positions 0.
+  void Empty();
+  // Stores the mode unchecked (see eArchiveMode).
+  void SetMode(int mode) { m_Mode = mode; }
+  int GetMode() const { return m_Mode; }
+  bool IsStoring() const { return m_Mode == eModeStoring; }
+  bool IsLoading() const { return m_Mode == eModeLoading; }
+  unsigned int GetReadPosition() const { return m_ReadPosition; }
+  unsigned int GetWritePosition() const { return m_WritePosition; }
+
+  // The archive's bytes; the blob's size is the number of valid bytes.
+  const EBlob& GetAsEBlob() const { return m_Buffer; }
+  void GetAsEBlob(EBlob& blob) const { blob = m_Buffer; }
+  // Replaces the contents by a copy of `blob`, read position 0, write position at its end.
+  // With `terminate` a zero byte is stored after the copy and counted in the size (a later
+  // write overwrites it). The mode is not touched.
+  void SetFromEBlob(const EBlob& blob, bool terminate);
+
+  // The single low-level write: copies `length` bytes at the write position, doubling the
+  // allocation as needed. A write position beyond the size restarts at 0.
+  void Append(unsigned int length, const unsigned char* bytes);
+
+  // Writers; each returns the archive for chaining.
+  EArchive& operator<<(const unsigned int& value) { return WriteUnsignedInt(value); }
+  EArchive& operator<<(const unsigned short& value) { return WriteUnsignedInt(value); }
+  EArchive& operator<<(const unsigned char& value) { return WriteUnsignedInt(value); }
+  EArchive& operator<<(const bool& value) { return WriteUnsignedInt(value ? 1u : 0u); }
+  EArchive& operator<<(const int& value) { return WriteSignedInt(value); }
+  EArchive& operator<<(const short& value) { return WriteSignedInt(value); }
+  EArchive& operator<<(const signed char& value) { return WriteSignedInt(value); }
+  EArchive& operator<<(const unsigned long& value) { return WriteUnsigned64Int(value); }
+  // Length as unsigned 64-bit text, then the raw bytes with nothing after them.
+  EArchive& operator<<(const std::string& value);
+  // "%u " form.
+  EArchive& WriteUnsignedInt(unsigned int value);
+  // "%d " form.
+  EArchive& WriteSignedInt(int value);
+  // 64-bit decimal digits and one blank.
+  EArchive& WriteUnsigned64Int(unsigned long value);
+  // Size as unsigned int, then the raw bytes.
+  EArchive& WriteBlob(const EBlob& blob);
+  // The raw bytes and one line feed; no length.
+  EArchive& SerializeRawStringOut(const std::string& value);
+
+  // Readers. Past the end they yield 0 / empty and move the read position one beyond the
+  // size, so that the next read starts over at position 0.
+  EArchive& operator>>(unsigned int& value);
+  EArchive& operator>>(unsigned short& value);  // truncated to 16 bits
+  EArchive& operator>>(unsigned char& value);   // truncated to 8 bits
+  EArchive& operator>>(bool& value);            // true for any non-zero 32-bit value
+  EArchive& operator>>(int& value);
+  EArchive& operator>>(short& value);        // truncated to 16 bits
+  EArchive& operator>>(signed char& value);  // truncated to 8 bits
+  EArchive& operator>>(unsigned long& value);
+  // A 32-bit length, then that many raw bytes, clamped to what remains.
+  EArchive& operator>>(std::string& value);
+  // Unsigned 32-bit accumulation of one token; wraps silently, '-' counts as digit value -3.
+  unsigned int ReadUnsignedInt();
+  // As ReadUnsignedInt, negated when the token starts with '-'.
+  int ReadSignedInt();
+  unsigned long ReadUnsigned64Int();
+  // A 32-bit length, then that many raw bytes (clamped to what remains) into `blob`.
+  EArchive& ReadBlob(EBlob& blob);
+  // Bytes up to the next line feed or the end; the read position is left ON the line feed.
+  EArchive& SerializeRawStringIn(std::string& value);
+  // Copies the next number token (at most `capacity` - 1 characters, zero-terminated) into
+  // `text` and returns its length; 0 when nothing is left.
+  unsigned int BufferNumberText(char* text, unsigned int capacity);
+
+  // Reports a record or container that does not match the stream and ends the process:
+  // prints "*** Exception in FILE <file>, LINE <line>:\n<function> - EArchive::SerializeError()\n"
+  // to standard output, flushes it and exits with status 1.
+  [[noreturn]] static void SerializeError(const char* file, int line, const char* function);
+  // Installs a process-wide replacement for the report above, for test harnesses and fuzzers
+  // only (for example one that throws). The handler must not return; if it does, the default
+  // report and exit follow. Null restores the default. Returns the previous handler.
+  static SerializeErrorHandler SetSerializeErrorHandler(SerializeErrorHandler handler);
+
+  // Number of characters a token may hold in the number readers.
+  static constexpr unsigned int kNumberTextCapacity = 30;
+
+ private:
+  // Finds the next number token exactly as BufferNumberText does with `capacity` and returns
+  // where it starts in the buffer and how many characters it has, without copying it.
+  unsigned int NextToken(unsigned int capacity, const unsigned char*& token);
+
+  unsigned int m_ReadPosition = 0;
+  unsigned int m_WritePosition = 0;
+  int m_Mode = eModeNone;
+  EBlob m_Buffer;
+};
+
+// Container operations. Writers need a storing archive, readers refuse only a storing one;
+// counts are written as unsigned 64-bit and read as unsigned 32-bit.
+namespace earchive_detail {
+// Never reserve more elements than the remaining bytes could hold at one byte each, so that a
+// hostile count cannot allocate ahead of the data.
+inline std::size_t RemainingBytes(const EArchive& archive) {
+  const unsigned int size = archive.GetAsEBlob().GetSize();
+  const unsigned int position = archive.GetReadPosition();
+  return position < size ? size - position : 0;
+}
+}  // namespace earchive_detail
+
+template <typename ItemType>
+void SerializeOut(EArchive& archive, const std::vector<ItemType>& items) {
+  if (!archive.IsStoring()) {
+    EArchive::SerializeError("common/include/eArchive", 157,
+                             "template<ItemType> SerializeOut(..,vector)");
+  }
+  archive.WriteUnsigned64Int(items.size());
+  for (const ItemType& item : items)
+    archive << item;
+}
+
+template <typename ItemType>
+void SerializeIn(EArchive& archive, std::vector<ItemType>& items) {
+  items.clear();
+  if (archive.IsStoring()) {
+    EArchive::SerializeError("common/include/eArchive", 172,
+                             "template<ItemType> SerializeIn(..,vector)");
+  }
+  const unsigned int count = archive.ReadUnsignedInt();
+  items.reserve(std::min<std::size_t>(count, earchive_detail::RemainingBytes(archive)));
+  for (unsigned int i = 0; i < count; ++i) {
+    ItemType item{};
+    archive >> item;
+    items.push_back(std::move(item));
+  }
+}
+
+template <typename KeyType, typename ItemType>
+void SerializeOut(EArchive& archive, const std::map<KeyType, ItemType>& items) {
+  if (!archive.IsStoring()) {
+    EArchive::SerializeError("common/include/eArchive", 270,
+                             "template<KeyType,ItemType> SerializeOut(..,map)");
+  }
+  archive.WriteUnsigned64Int(items.size());
+  for (const auto& entry : items)
+    archive << entry.first << entry.second;
+}
+
+template <typename KeyType, typename ItemType>
+void SerializeIn(EArchive& archive, std::map<KeyType, ItemType>& items) {
+  items.clear();
+  if (archive.IsStoring()) {
+    EArchive::SerializeError("common/include/eArchive", 285,
+                             "template<KeyType,ItemType> SerializeIn(..,map)");
+  }
+  const unsigned int count = archive.ReadUnsignedInt();
+  for (unsigned int i = 0; i < count; ++i) {
+    KeyType key{};
+    ItemType item{};
+    archive >> key >> item;
+    items.insert_or_assign(std::move(key), std::move(item));
+  }
+}

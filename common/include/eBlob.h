@@ -1,0 +1,113 @@
+// EBlob: the library's owned byte buffer, with separate size (valid bytes) and capacity
+// (allocation). It stores archives, payloads, addresses and keys, compares and orders bytewise,
+// does big-endian arithmetic on its contents and has hex-string, hex-dump and archive forms.
+#pragma once
+
+#include <string>
+
+class EArchive;
+
+class EBlob {
+ public:
+  EBlob() = default;
+  // Copies `length` bytes from `data` (nothing is copied when `data` is null).
+  EBlob(const void* data, unsigned int length);
+  // Two-part form of SetData.
+  EBlob(const void* first, unsigned int firstLength, const void* second, unsigned int secondLength);
+  EBlob(const EBlob& other);
+  EBlob& operator=(const EBlob& other);
+  ~EBlob();
+
+  // Sets data, size and capacity to zero without freeing anything.
+  void Init();
+  // Copies the other blob's valid bytes (no-op on self).
+  void Copy(const EBlob& other);
+  // Releases the allocation; size and capacity keep their values, so the blob must be given a
+  // new allocation (NewBuf, SetSize, SetData) before its bytes are used again.
+  void FreeBuf();
+  // Replaces the allocation by `n` bytes (none when `n` is 0); the size is not changed.
+  void NewBuf(unsigned int n);
+  // Size 0; reallocates to exactly `n` bytes (contents dropped) only when the capacity is below.
+  void Empty(unsigned int n = 0);
+  // Reserves `n` bytes. Without `keep` the size becomes 0, with it the size is clamped to `n`
+  // and the valid bytes survive a reallocation. Never raises the size.
+  void SetSize(unsigned int n, bool keep);
+  void Swap(EBlob& other);
+  // Shrinks the size to `n`; false (and no change) when the size is below `n`.
+  bool TruncateToSize(unsigned int n);
+
+  // Copies `length` bytes (or leaves them uninitialised-zero when `data` is null); size = length.
+  void SetData(const void* data, unsigned int length);
+  // Stores `first` then `second`; when `first` is null `second` goes to index 0. The size is
+  // the total either way. Nothing happens for a total of 0 or when both sources are null.
+  void SetData(const void* first, unsigned int firstLength, const void* second,
+               unsigned int secondLength);
+  // Appends the other's valid bytes, growing to the exact size needed; false if that fails.
+  bool Append(const EBlob& other);
+  bool operator+=(const EBlob& other) { return Append(other); }
+  // Sets `count` bytes from `offset`, clipped to the capacity (never allocates); raises the
+  // size to cover them and returns the end index of what was set.
+  unsigned int Memset(unsigned char value, unsigned int offset, unsigned int count);
+  // Drops the first `n` bytes; true when anything (or everything) was removed, false for 0.
+  bool RemoveLeadingBytes(unsigned int n);
+  // Resizes the contents as a big-endian number: zeros are added in front or leading bytes cut.
+  void ForceSize(unsigned int n);
+
+  // Copies `length` bytes from `offset`; bounded by the capacity, so reserved bytes are readable.
+  bool GetAt(unsigned char* destination, unsigned int offset, unsigned int length) const;
+  // Copies `length` valid bytes from `offset` into `destination`; false beyond the size.
+  bool GetAt(EBlob& destination, unsigned int offset, unsigned int length) const;
+
+  bool IsEqual(const EBlob& other) const;
+  bool operator==(const EBlob& other) const { return IsEqual(other); }
+  bool operator!=(const EBlob& other) const { return !IsEqual(other); }
+  // Prefix test: true when the first `length` bytes equal `bytes`; false for null or length 0.
+  bool Compare(const unsigned char* bytes, unsigned int length) const;
+  // Prefix test against the other's first `length` bytes (false if it holds fewer).
+  bool Compare(const EBlob& other, unsigned int length) const;
+  // Lexicographic over unsigned bytes; a blob without allocation sorts before every other.
+  bool operator<(const EBlob& other) const;
+
+  // Inverts every valid byte in place.
+  EBlob& operator~();
+  // Adds `n` to the contents read as one big-endian number; returns the carry out (1 on wrap).
+  unsigned int IncrementBy(unsigned int n);
+
+  // "0A FF " for the bytes 0x0A 0xFF: two upper-case digits and a blank per byte.
+  std::string GetHexString() const;
+  // Parses hex text: non-hex characters are skipped, and the character after a hex digit is
+  // always taken as the low half of the byte ("A B" gives 0xA0 0xB0).
+  void SetHexString(const std::string& text);
+  void SetFromSerializableString(const std::string& text) { SetHexString(text); }
+  // Log form: 16 bytes per line, each line "\t%08x :" then " XX" per byte, an extra blank
+  // after every eighth byte; lines separated by "\n"; no final line feed.
+  std::string GetHexDumpOfPacket() const;
+
+  // Hex digit value of a character; 0 for anything that is not a hex digit.
+  unsigned char AsciiToHex(char c) const;
+  // Upper-case hex digit of the low four bits.
+  char HexToAscii(char value) const;
+  // Writes two hex digits, a blank and a terminating zero into `text` (four characters).
+  void HexToText(char value, char* text) const;
+
+  void SerializeOut(EArchive& archive) const;
+  void SerializeIn(EArchive& archive);
+
+  // Valid bytes (may be null when nothing is allocated).
+  const unsigned char* GetData() const { return m_Data; }
+  unsigned int GetSize() const { return m_Size; }
+  unsigned int GetCapacity() const { return m_Capacity; }
+
+ private:
+  friend class EArchive;
+
+  // Bytes actually usable: the capacity, or 0 when there is no allocation.
+  unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }
+
+  unsigned char* m_Data = nullptr;
+  unsigned int m_Size = 0;
+  unsigned int m_Capacity = 0;
+};
+
+EArchive& operator<<(EArchive& archive, const EBlob& blob);
+EArchive& operator>>(EArchive& archive, EBlob& blob);

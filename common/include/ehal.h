@@ -1,0 +1,10 @@
+// Umbrella header: includes every public header of the library.
+#pragma once
+
+#include "eLock.h"
+#include "eTickCount.h"
+#include "eInetAddr.h"
+
+#include "eBlob.h"
+#include "eArchive.h"
+#include "eStringList.h"

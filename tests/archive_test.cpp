@@ -1,0 +1,441 @@
+#include "eArchive.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <random>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "archive_text.h"
+#include "child_process.h"
+
+namespace {
+
+TEST(EArchive, FreshArchiveIsEmptyAndNeitherStoringNorLoading) {
+  const EArchive archive;
+  EXPECT_EQ(archive.GetMode(), eModeNone);
+  EXPECT_FALSE(archive.IsStoring());
+  EXPECT_FALSE(archive.IsLoading());
+  EXPECT_EQ(archive.GetReadPosition(), 0u);
+  EXPECT_EQ(archive.GetWritePosition(), 0u);
+  EXPECT_EQ(archive.GetAsEBlob().GetSize(), 0u);
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 0u);
+  EXPECT_EQ(archive.GetAsEBlob().GetData(), nullptr);
+}
+
+TEST(EArchive, ModeIsStoredUnchecked) {
+  EArchive archive;
+  archive.SetMode(eModeStoring);
+  EXPECT_TRUE(archive.IsStoring());
+  archive.SetMode(eModeLoading);
+  EXPECT_TRUE(archive.IsLoading());
+  archive.SetMode(7);
+  EXPECT_EQ(archive.GetMode(), 7);
+  EXPECT_FALSE(archive.IsStoring());
+  EXPECT_FALSE(archive.IsLoading());
+}
+
+TEST(EArchive, WorkedExampleWritesThirtyTwoBytesAndReadsBack) {
+  EArchive archive = StoringArchive();
+  const unsigned char blobBytes[] = {0x01, 0x02};
+  archive << 7u << -2 << std::string("ab") << true << 5000000000UL;
+  archive.WriteBlob(EBlob(blobBytes, 2));
+  archive << static_cast<unsigned short>(65535);
+
+  const std::string expected = std::string("7 -2 2 ab1 5000000000 2 ") + '\x01' + '\x02' + "65535 ";
+  ASSERT_EQ(expected.size(), 32u);
+  EXPECT_EQ(ArchiveBytes(archive), expected);
+  EXPECT_EQ(archive.GetWritePosition(), 32u);
+
+  unsigned int u = 0;
+  int i = 0;
+  std::string s;
+  bool b = false;
+  unsigned long l = 0;
+  EBlob blob;
+  unsigned short us = 0;
+  archive >> u >> i >> s >> b >> l;
+  archive.ReadBlob(blob);
+  archive >> us;
+  EXPECT_EQ(u, 7u);
+  EXPECT_EQ(i, -2);
+  EXPECT_EQ(s, "ab");
+  EXPECT_TRUE(b);
+  EXPECT_EQ(l, 5000000000UL);
+  EXPECT_EQ(blob, EBlob(blobBytes, 2));
+  EXPECT_EQ(us, 65535);
+  EXPECT_EQ(archive.GetReadPosition(), 32u);
+}
+
+TEST(EArchive, NumberWritersMatchPrintfForms) {
+  EArchive archive = StoringArchive();
+  archive << 0u << UINT_MAX << INT_MIN << INT_MAX << 0 << -1;
+  archive << static_cast<short>(-5) << static_cast<signed char>(-128);
+  archive << static_cast<unsigned char>(255) << false << 0UL << ULONG_MAX;
+  EXPECT_EQ(ArchiveBytes(archive),
+            "0 4294967295 -2147483648 2147483647 0 -1 -5 -128 255 0 0 18446744073709551615 ");
+}
+
+TEST(EArchive, NumberWritersAgreeWithPrintfOnManyValues) {
+  std::mt19937_64 generator(7);
+  for (int n = 0; n < 20000; ++n) {
+    const unsigned long wide = generator() >> (generator() % 64);
+    const auto narrow = static_cast<unsigned int>(wide);
+    const auto signedValue = static_cast<int>(narrow);
+    char expected[80];
+    std::snprintf(expected, sizeof expected, "%u %d %lu ", narrow, signedValue, wide);
+    EArchive archive = StoringArchive();
+    archive.WriteUnsignedInt(narrow).WriteSignedInt(signedValue).WriteUnsigned64Int(wide);
+    ASSERT_EQ(ArchiveBytes(archive), expected);
+  }
+}
+
+TEST(EArchive, StringIsWrittenWithSixtyFourBitLengthAndRawBytes) {
+  EArchive archive = StoringArchive();
+  archive << std::string("hello") << std::string();
+  EXPECT_EQ(ArchiveBytes(archive), "5 hello0 ");
+}
+
+TEST(EArchive, RawStringOutEndsWithLineFeed) {
+  EArchive archive = StoringArchive();
+  archive.SerializeRawStringOut("abc");
+  EXPECT_EQ(ArchiveBytes(archive), "abc\n");
+}
+
+TEST(EArchive, TolerantUnsignedReader) {
+  EXPECT_EQ(LoadingArchive("abc12x").ReadUnsignedInt(), 12u);
+  EXPECT_EQ(LoadingArchive("1-2 ").ReadUnsignedInt(), 72u);
+  EXPECT_EQ(LoadingArchive("-1 ").ReadUnsignedInt(), 4294967267u);
+  EXPECT_EQ(LoadingArchive("4294967296 ").ReadUnsignedInt(), 0u);
+  EXPECT_EQ(LoadingArchive("-1 ").ReadSignedInt(), -1);
+  EXPECT_EQ(LoadingArchive("- ").ReadSignedInt(), 0);
+  EXPECT_EQ(LoadingArchive("-2147483648 ").ReadSignedInt(), INT_MIN);
+  EXPECT_EQ(LoadingArchive("18446744073709551615 ").ReadUnsigned64Int(), ULONG_MAX);
+  EXPECT_EQ(LoadingArchive("").ReadSignedInt(), 0);
+}
+
+TEST(EArchive, MinusInsideSignedTokenCountsAsDigitMinusThree) {
+  // "-1-2": the first '-' is the sign, "1-2" accumulates to 72.
+  EXPECT_EQ(LoadingArchive("-1-2 ").ReadSignedInt(), -72);
+}
+
+TEST(EArchive, ReadingPastTheEndYieldsZeroAndWrapsToTheStart) {
+  EArchive archive = LoadingArchive("5 ");  // "5 " plus the terminating zero: size 3
+  EXPECT_EQ(archive.ReadUnsignedInt(), 5u);
+  EXPECT_EQ(archive.GetReadPosition(), 2u);
+  EXPECT_EQ(archive.ReadUnsignedInt(), 0u);
+  EXPECT_EQ(archive.GetReadPosition(), 4u);  // one beyond the size
+  EXPECT_EQ(archive.ReadUnsignedInt(), 5u);  // starts over at position 0
+}
+
+TEST(EArchive, EmptyArchiveReadsZeroAndMovesOneBeyond) {
+  EArchive archive;
+  EXPECT_EQ(archive.ReadUnsignedInt(), 0u);
+  EXPECT_EQ(archive.GetReadPosition(), 1u);
+  std::string text = "x";
+  archive >> text;
+  EXPECT_EQ(text, "");
+}
+
+TEST(EArchive, TokenIsCutAtTwentyNineCharacters) {
+  const std::string digits = "12345678901234567890123456789012345";  // 35 digits
+  EArchive archive = LoadingArchive(digits + " ");
+  char text[EArchive::kNumberTextCapacity];
+  EXPECT_EQ(archive.BufferNumberText(text, sizeof text), 29u);
+  EXPECT_EQ(std::string(text), digits.substr(0, 29));
+  EXPECT_EQ(archive.GetReadPosition(), 30u);     // the 30th digit is skipped
+  EXPECT_EQ(archive.ReadUnsignedInt(), 12345u);  // digits 31 to 35
+}
+
+TEST(EArchive, NumberReadersAccumulateOnlyTheCutToken) {
+  const std::string digits = "12345678901234567890123456789012345";
+  EArchive archive = LoadingArchive(digits + " ");
+  unsigned int expected = 0;
+  for (int i = 0; i < 29; ++i)
+    expected = expected * 10 + static_cast<unsigned int>(digits[i] - '0');
+  EXPECT_EQ(archive.ReadUnsignedInt(), expected);
+  EXPECT_EQ(archive.GetReadPosition(), 30u);
+}
+
+TEST(EArchive, BufferNumberTextWithTinyCapacities) {
+  EArchive archive = LoadingArchive("  123 ");
+  char text[4] = {'x', 'x', 'x', 'x'};
+  EXPECT_EQ(archive.BufferNumberText(text, 1), 0u);
+  EXPECT_EQ(text[0], '\0');
+  EXPECT_EQ(archive.GetReadPosition(), 3u);  // stopped at the token, then stepped past it
+  EXPECT_EQ(archive.BufferNumberText(text, 3), 2u);
+  EXPECT_STREQ(text, "23");
+}
+
+TEST(EArchive, NarrowReadersTruncate) {
+  EArchive archive = LoadingArchive("256 65537 -129 70000 7 ");
+  unsigned char uc = 1;
+  unsigned short us = 0;
+  signed char sc = 0;
+  short s = 0;
+  bool b = false;
+  archive >> uc >> us >> sc >> s >> b;
+  EXPECT_EQ(uc, 0);
+  EXPECT_EQ(us, 1);
+  EXPECT_EQ(sc, 127);
+  EXPECT_EQ(s, 4464);
+  EXPECT_TRUE(b);
+}
+
+TEST(EArchive, BoolRoundTrip) {
+  EArchive archive = StoringArchive();
+  archive << true << false;
+  EXPECT_EQ(ArchiveBytes(archive), "1 0 ");
+  bool a = false;
+  bool b = true;
+  archive >> a >> b;
+  EXPECT_TRUE(a);
+  EXPECT_FALSE(b);
+  EXPECT_TRUE(LoadingArchive("4096 ").ReadUnsignedInt() != 0);
+}
+
+TEST(EArchive, StringLengthIsClampedToWhatRemains) {
+  EArchive archive;
+  archive.SetFromEBlob(EBlob("10 abcd", 7), false);
+  std::string text;
+  archive >> text;
+  EXPECT_EQ(text, "abcd");
+  EXPECT_EQ(archive.GetReadPosition(), 7u);
+}
+
+TEST(EArchive, BlobLengthIsClampedToWhatRemains) {
+  EArchive archive;
+  archive.SetFromEBlob(EBlob("9 xyz", 5), false);
+  EBlob blob;
+  archive.ReadBlob(blob);
+  EXPECT_EQ(blob, EBlob("xyz", 3));
+  EXPECT_EQ(archive.GetReadPosition(), 5u);
+}
+
+TEST(EArchive, SetFromEBlobTerminates) {
+  EArchive archive;
+  archive.SetMode(eModeLoading);
+  archive.SetFromEBlob(EBlob("abc", 3), true);
+  const EBlob& buffer = archive.GetAsEBlob();
+  EXPECT_EQ(buffer.GetSize(), 4u);
+  EXPECT_EQ(buffer.GetData()[3], 0);
+  EXPECT_EQ(archive.GetReadPosition(), 0u);
+  EXPECT_EQ(archive.GetWritePosition(), 3u);
+  EXPECT_TRUE(archive.IsLoading());
+  // A later write overwrites the terminating zero.
+  archive << 1u;
+  EXPECT_EQ(ArchiveBytes(archive), "abc1 ");
+}
+
+TEST(EArchive, SetFromEBlobWithoutTerminator) {
+  EArchive archive;
+  archive.SetFromEBlob(EBlob("abc", 3), false);
+  EXPECT_EQ(archive.GetAsEBlob().GetSize(), 3u);
+  EXPECT_EQ(archive.GetWritePosition(), 3u);
+  EXPECT_EQ(archive.GetMode(), eModeNone);
+}
+
+TEST(EArchive, SetFromEBlobOfItsOwnBuffer) {
+  EArchive archive = StoringArchive();
+  archive << 12u;
+  archive.SetFromEBlob(archive.GetAsEBlob(), true);
+  EXPECT_EQ(ArchiveBytes(archive), std::string("12 ") + '\0');
+  EXPECT_EQ(archive.ReadUnsignedInt(), 12u);
+}
+
+TEST(EArchive, TwoRawStringReadsStayOnTheLineFeed) {
+  EArchive archive;
+  archive.SetFromEBlob(EBlob("abc\ndef", 7), false);
+  std::string first;
+  std::string second = "x";
+  archive.SerializeRawStringIn(first).SerializeRawStringIn(second);
+  EXPECT_EQ(first, "abc");
+  EXPECT_EQ(second, "");
+  EXPECT_EQ(archive.GetReadPosition(), 3u);
+  // A number read skips the line feed.
+  archive.SetFromEBlob(EBlob("ab\n12 ", 6), false);
+  archive.SerializeRawStringIn(first);
+  EXPECT_EQ(archive.ReadUnsignedInt(), 12u);
+}
+
+TEST(EArchive, RawStringInWithoutLineFeedTakesTheRest) {
+  EArchive archive;
+  archive.SetFromEBlob(EBlob("tail", 4), false);
+  std::string text;
+  archive.SerializeRawStringIn(text);
+  EXPECT_EQ(text, "tail");
+  EXPECT_EQ(archive.GetReadPosition(), 4u);
+}
+
+TEST(EArchive, AppendGrowsByDoubling) {
+  EArchive archive;
+  const unsigned char byte = 'x';
+  archive.Append(1, &byte);
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 1u);
+  archive.Append(1, &byte);
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 2u);
+  archive.Append(1, &byte);
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
+  const unsigned char many[10] = {};
+  archive.Append(10, many);  // 13 bytes: 4 -> 8 -> 16
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 16u);
+  EXPECT_EQ(archive.GetAsEBlob().GetSize(), 13u);
+}
+
+TEST(EArchive, WritePositionBeyondTheSizeRestartsAtZero) {
+  EArchive archive = StoringArchive();
+  archive << 123u;
+  archive.Empty();  // size 0, allocation kept
+  archive << 4u;
+  EXPECT_EQ(ArchiveBytes(archive), "4 ");
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
+}
+
+TEST(EArchive, EmptyResetsModePositionsAndSize) {
+  EArchive archive = StoringArchive();
+  archive << 1u << 2u;
+  archive.ReadUnsignedInt();
+  archive.Empty();
+  EXPECT_EQ(archive.GetMode(), eModeNone);
+  EXPECT_EQ(archive.GetReadPosition(), 0u);
+  EXPECT_EQ(archive.GetWritePosition(), 0u);
+  EXPECT_EQ(archive.GetAsEBlob().GetSize(), 0u);
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
+}
+
+TEST(EArchive, CopyTakesModeBytesAndPositions) {
+  EArchive archive = StoringArchive();
+  archive << 1u << 2u;
+  archive.ReadUnsignedInt();
+  EArchive copy(archive);
+  EXPECT_EQ(copy.GetMode(), eModeStoring);
+  EXPECT_EQ(ArchiveBytes(copy), "1 2 ");
+  EXPECT_EQ(copy.GetReadPosition(), 2u);
+  EXPECT_EQ(copy.GetWritePosition(), 4u);
+  EArchive assigned;
+  assigned = archive;
+  EXPECT_EQ(ArchiveBytes(assigned), "1 2 ");
+  assigned = assigned;
+  EXPECT_EQ(ArchiveBytes(assigned), "1 2 ");
+  EXPECT_EQ(assigned.ReadUnsignedInt(), 2u);
+}
+
+TEST(EArchive, GetAsEBlobCopiesValidBytes) {
+  EArchive archive = StoringArchive();
+  archive << 99u;
+  EBlob blob;
+  archive.GetAsEBlob(blob);
+  EXPECT_EQ(blob, EBlob("99 ", 3));
+}
+
+TEST(EArchive, ReadersAndWritersMixOnOneArchive) {
+  EArchive archive;
+  archive << 1u;
+  EXPECT_EQ(archive.ReadUnsignedInt(), 1u);
+  archive << 2u;
+  EXPECT_EQ(archive.ReadUnsignedInt(), 2u);
+}
+
+// Random sequences of mixed values written and read back identically.
+using Value = std::variant<unsigned int, int, unsigned long, std::string, bool, unsigned short,
+                           short, unsigned char, signed char, EBlob>;
+
+Value RandomValue(std::mt19937_64& generator) {
+  const auto bits = generator();
+  switch (generator() % 10) {
+    case 0:
+      return static_cast<unsigned int>(bits);
+    case 1:
+      return static_cast<int>(bits);
+    case 2:
+      return static_cast<unsigned long>(bits >> (bits % 64));
+    case 3: {
+      std::string text(generator() % 40, '\0');
+      for (char& c : text)
+        c = static_cast<char>(generator());
+      return text;
+    }
+    case 4:
+      return (bits & 1) != 0;
+    case 5:
+      return static_cast<unsigned short>(bits);
+    case 6:
+      return static_cast<short>(bits);
+    case 7:
+      return static_cast<unsigned char>(bits);
+    case 8:
+      return static_cast<signed char>(bits);
+    default: {
+      std::vector<unsigned char> bytes(generator() % 40);
+      for (unsigned char& c : bytes)
+        c = static_cast<unsigned char>(generator());
+      return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
+    }
+  }
+}
+
+TEST(EArchive, RandomMixedSequencesRoundTrip) {
+  std::mt19937_64 generator(2026);
+  for (int round = 0; round < 300; ++round) {
+    std::vector<Value> values(generator() % 60);
+    for (Value& value : values)
+      value = RandomValue(generator);
+    EArchive out = StoringArchive();
+    for (const Value& value : values) {
+      std::visit([&out](const auto& v) { out << v; }, value);
+    }
+    EArchive in;
+    in.SetMode(eModeLoading);
+    in.SetFromEBlob(out.GetAsEBlob(), true);
+    for (const Value& value : values) {
+      Value back = value;
+      std::visit(
+          [&in](auto& v) {
+            v = {};
+            in >> v;
+          },
+          back);
+      ASSERT_TRUE(back == value) << "round " << round;
+    }
+    EXPECT_EQ(in.GetReadPosition(), out.GetWritePosition());
+  }
+}
+
+TEST(EArchive, ArbitraryBytesNeverReadOutOfBounds) {
+  std::mt19937_64 generator(99);
+  for (int round = 0; round < 2000; ++round) {
+    std::string bytes(generator() % 64, '\0');
+    for (char& c : bytes)
+      c = "0123456789- \n\xff"[generator() % 14];
+    EArchive archive;
+    archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())),
+                         generator() % 2 == 0);
+    std::string text;
+    EBlob blob;
+    for (int step = 0; step < 20; ++step) {
+      switch (generator() % 5) {
+        case 0:
+          archive.ReadUnsignedInt();
+          break;
+        case 1:
+          archive.ReadSignedInt();
+          break;
+        case 2:
+          archive >> text;
+          break;
+        case 3:
+          archive.ReadBlob(blob);
+          break;
+        default:
+          archive.SerializeRawStringIn(text);
+          break;
+      }
+      ASSERT_LE(archive.GetReadPosition(), archive.GetAsEBlob().GetSize() + 1);
+    }
+  }
+}
+
+}  // namespace
