@@ -73,7 +73,10 @@ class EArchive {
 
   // Readers. Past the end they yield 0 / empty and move the read position one beyond the
   // size, so that the next read starts over at position 0.
-  EArchive& operator>>(unsigned int& value);
+  EArchive& operator>>(unsigned int& value) {
+    value = ReadUnsignedInt();
+    return *this;
+  }
   EArchive& operator>>(unsigned short& value);  // truncated to 16 bits
   EArchive& operator>>(unsigned char& value);   // truncated to 8 bits
   EArchive& operator>>(bool& value);            // true for any non-zero 32-bit value
@@ -109,9 +112,14 @@ class EArchive {
   static constexpr unsigned int kNumberTextCapacity = 30;
 
  private:
-  // Finds the next number token exactly as BufferNumberText does with `capacity` and returns
-  // where it starts in the buffer and how many characters it has, without copying it.
-  unsigned int NextToken(unsigned int capacity, const unsigned char*& token);
+  // The tokeniser: finds the next number token (at most `capacity` - 1 characters), hands each
+  // character to `sink(character, index)` straight from the buffer, and returns the count.
+  template <typename Sink>
+  unsigned int ScanNumber(unsigned int capacity, Sink&& sink);
+  // Makes room for `length` bytes at the write position (growing by doubling) and moves the
+  // write position past them; returns where they go.
+  unsigned char* Reserve(unsigned int length);
+  unsigned char* ReserveSlow(unsigned int position, unsigned int length);
 
   unsigned int m_ReadPosition = 0;
   unsigned int m_WritePosition = 0;
