@@ -113,15 +113,6 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
   m_WritePosition = n;
 }
 
-unsigned char* EArchive::Reserve(unsigned int length) {
-  const unsigned int position = m_WritePosition;
-  const std::uint64_t end = std::uint64_t{position} + length;
-  if (position > m_Buffer.m_Size || end > m_Buffer.Room()) return ReserveSlow(position, length);
-  if (m_Buffer.m_Size < end) m_Buffer.m_Size = static_cast<unsigned int>(end);
-  m_WritePosition = static_cast<unsigned int>(end);
-  return m_Buffer.m_Data + position;
-}
-
 unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length) {
   if (position > m_Buffer.m_Size) position = 0;
   const std::uint64_t end = std::uint64_t{position} + length;
@@ -205,15 +196,16 @@ unsigned int EArchive::ScanNumber(unsigned int capacity, Sink&& sink) {
     m_ReadPosition = position + 1;
     return 0;
   }
-  const unsigned int stop = position + std::min(capacity - 1, size - position);
-  unsigned int count = 0;
+  const unsigned char* const first = data + position;
+  const unsigned char* const last = first + std::min(capacity - 1, size - position);
+  const unsigned char* next = first;
   do {
-    sink(data[position], count);
-    ++position;
-    ++count;
-  } while (position < stop && IsNumberChar(data[position]));
+    sink(*next, static_cast<unsigned int>(next - first));
+    ++next;
+  } while (next < last && IsNumberChar(*next));
+  const auto count = static_cast<unsigned int>(next - first);
   // Skip the delimiter; a token cut at the limit loses its next character.
-  m_ReadPosition = position + 1;
+  m_ReadPosition = position + count + 1;
   return count;
 }
 

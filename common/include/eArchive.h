@@ -127,6 +127,16 @@ class EArchive {
   EBlob m_Buffer;
 };
 
+inline unsigned char* EArchive::Reserve(unsigned int length) {
+  const unsigned int position = m_WritePosition;
+  const unsigned int size = m_Buffer.m_Size;
+  const unsigned int room = m_Buffer.Room();
+  if (position > size || length > room - position) return ReserveSlow(position, length);
+  if (size < position + length) m_Buffer.m_Size = position + length;
+  m_WritePosition = position + length;
+  return m_Buffer.m_Data + position;
+}
+
 // Container operations. Writers need a storing archive, readers refuse only a storing one;
 // counts are written as unsigned 64-bit and read as unsigned 32-bit.
 namespace earchive_detail {
