@@ -8,3 +8,7 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eStringList.h"
+
+// Network value types
+#include "eInteger16Byte.h"
+#include "eIPAddress.h"
