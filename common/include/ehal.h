@@ -12,3 +12,4 @@
 // Network value types
 #include "eInteger16Byte.h"
 #include "eIPAddress.h"
+#include "eMACAddress.h"
