@@ -12,4 +12,6 @@
 // Network value types
 #include "eInteger16Byte.h"
 #include "eIPAddress.h"
+#include "eIPMaskedAddress.h"
+#include "eIPAddressRange.h"
 #include "eMACAddress.h"
