@@ -15,3 +15,5 @@
 #include "eIPMaskedAddress.h"
 #include "eIPAddressRange.h"
 #include "eMACAddress.h"
+#include "eMACAddressRange.h"
+#include "eIPMACPair.h"
