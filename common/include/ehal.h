@@ -17,3 +17,5 @@
 #include "eMACAddress.h"
 #include "eMACAddressRange.h"
 #include "eIPMACPair.h"
+#include "eUid64.h"
+#include "eFormatUtils.h"
