@@ -11,17 +11,11 @@
 #include "child_process.h"
 #include "eArchive.h"
 #include "eBlob.h"
+#include "network_values.h"
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-EIPAddress V4(unsigned char a, unsigned char b, unsigned char c, unsigned char d) {
-  const unsigned char bytes[4] = {a, b, c, d};
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv4Address);
-  return address;
-}
+using namespace network_values;
 
 EIPAddress V6Last(unsigned char last) {
   unsigned char bytes[16] = {};
@@ -36,15 +30,6 @@ EIPAddressRange Range(const EIPAddress& first, unsigned int count) {
   range.SetAddress(first);
   range.SetRangeCount(count);
   return range;
-}
-
-Bytes Contents(const EBlob& blob) {
-  if (blob.GetSize() == 0) return {};
-  return Bytes(blob.GetData(), blob.GetData() + blob.GetSize());
-}
-
-EBlob Blob(const Bytes& bytes) {
-  return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
 
 TEST(EIPAddressRange, DefaultIsIPv4ZeroWithCountOne) {
@@ -101,19 +86,7 @@ TEST(EIPAddressRange, OrderIsAStrictWeakOrder) {
                                  : V4(10, 0, 0, static_cast<unsigned char>(random() % 3));
     ranges.push_back(Range(first, random() % 3));
   }
-  for (const EIPAddressRange& a : ranges) {
-    for (const EIPAddressRange& b : ranges) {
-      const bool less = a < b;
-      const bool greater = b < a;
-      EXPECT_FALSE(less && greater);
-      EXPECT_EQ(!less && !greater, a == b);
-      for (const EIPAddressRange& c : ranges) {
-        if (less && b < c) {
-          EXPECT_TRUE(a < c);
-        }
-      }
-    }
-  }
+  ExpectStrictWeakOrder(ranges);
   std::map<EIPAddressRange, int> keyed;
   for (const EIPAddressRange& range : ranges)
     keyed[range] = 0;

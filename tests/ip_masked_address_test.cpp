@@ -9,28 +9,11 @@
 #include "child_process.h"
 #include "eArchive.h"
 #include "eBlob.h"
+#include "network_values.h"
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-EIPAddress V4(unsigned char a, unsigned char b, unsigned char c, unsigned char d) {
-  const unsigned char bytes[4] = {a, b, c, d};
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv4Address);
-  return address;
-}
-
-EIPAddress V6(const std::vector<unsigned int>& groups) {
-  unsigned char bytes[16] = {};
-  for (std::size_t i = 0; i < groups.size() && i < 8; ++i) {
-    bytes[2 * i] = static_cast<unsigned char>(groups[i] >> 8);
-    bytes[2 * i + 1] = static_cast<unsigned char>(groups[i]);
-  }
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv6Address);
-  return address;
-}
+using namespace network_values;
 
 EIPMaskedAddress Masked(const EIPAddress& address, unsigned int prefix) {
   EIPMaskedAddress masked(address);
@@ -40,11 +23,6 @@ EIPMaskedAddress Masked(const EIPAddress& address, unsigned int prefix) {
 
 Bytes Mask16(const EIPMaskedAddress& masked) {
   return Bytes(masked.GetMaskBytes(), masked.GetMaskBytes() + 16);
-}
-
-Bytes Contents(const EBlob& blob) {
-  if (blob.GetSize() == 0) return {};
-  return Bytes(blob.GetData(), blob.GetData() + blob.GetSize());
 }
 
 TEST(EIPMaskedAddress, DefaultIsIPv4ZeroWithAllOnesMask) {
@@ -338,18 +316,7 @@ TEST(EIPMaskedAddress, WrongAddressSignatureIsReportedByTheAddress) {
       "x86_64/common/ehal/eIPAddress", 522, "EIPAddress::SerializeIn");
 }
 
-#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
-template <typename Member>
-std::ptrdiff_t VirtualSlot(Member member) {
-  struct Representation {
-    std::uintptr_t pointer;
-    std::ptrdiff_t adjustment;
-  } representation{};
-  static_assert(sizeof(Member) == sizeof(Representation), "unexpected member pointer size");
-  std::memcpy(&representation, &member, sizeof representation);
-  return static_cast<std::ptrdiff_t>((representation.pointer - 1) / sizeof(void*));
-}
-
+#ifdef NETWORK_VALUES_HAVE_VIRTUAL_SLOTS
 TEST(EIPMaskedAddress, OverridesKeepTheBaseSlots) {
   EXPECT_EQ(VirtualSlot(static_cast<void (EIPMaskedAddress::*)()>(&EIPMaskedAddress::Empty)), 2);
   EXPECT_EQ(VirtualSlot(static_cast<void (EIPMaskedAddress::*)(int)>(&EIPMaskedAddress::Empty)), 3);

@@ -9,6 +9,7 @@
 #include "eBlob.h"
 #include "eIPMACPair.h"
 #include "eMACAddressRange.h"
+#include "network_values.h"
 
 namespace {
 
@@ -18,12 +19,7 @@ EMACAddress Mac(const std::string& text) {
   return address;
 }
 
-EIPAddress V4(unsigned char a, unsigned char b, unsigned char c, unsigned char d) {
-  const unsigned char bytes[4] = {a, b, c, d};
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv4Address);
-  return address;
-}
+using network_values::V4;
 
 const std::string kMacRecord =
     std::string("386994449 287454021 6 ") + std::string("\x00\x11\x22\x33\x44\x55", 6);
