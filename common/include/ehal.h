@@ -8,3 +8,14 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eStringList.h"
+
+// Network value types
+#include "eInteger16Byte.h"
+#include "eIPAddress.h"
+#include "eIPMaskedAddress.h"
+#include "eIPAddressRange.h"
+#include "eMACAddress.h"
+#include "eMACAddressRange.h"
+#include "eIPMACPair.h"
+#include "eUid64.h"
+#include "eFormatUtils.h"
