@@ -8,3 +8,7 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eStringList.h"
+
+// Tracing
+#include "eTrace.h"
+#include "eFileTracer.h"
