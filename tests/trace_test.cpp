@@ -15,6 +15,7 @@
 #include "eFileTracer.h"
 #include "eStringList.h"
 #include "eTickCount.h"
+#include "virtual_slot.h"
 
 namespace {
 
@@ -62,6 +63,15 @@ std::string Elapsed(unsigned int milliseconds) {
   std::ostringstream stream;
   ETrace::WriteElapsedTime(stream, milliseconds);
   return stream.str();
+}
+
+TEST(ETracer, WriteComesRightBeforeNewTrace) {
+#if EHAL_HAS_VIRTUAL_SLOT
+  EXPECT_EQ(VirtualSlot(&ETracer::Write), 2);  // after the two destructor entries
+  EXPECT_EQ(VirtualSlot(&ETracer::NewTrace), 3);
+#else
+  GTEST_SKIP() << "table layout not readable on this ABI";
+#endif
 }
 
 TEST(ETraceLevels, TableRowsInOrder) {

@@ -12,3 +12,7 @@
 // Tracing
 #include "eTrace.h"
 #include "eFileTracer.h"
+
+// VLAN and protocol
+#include "eProtocol.h"
+#include "eVLAN.h"
