@@ -417,7 +417,8 @@ TEST(ETraceCopy, AssignmentAndSwap) {
   EXPECT_EQ(registered->GetName(), "assigned");
   EXPECT_EQ(registered->GetLevel(), 4);
 
-  a = a;  // self-assignment takes the one lock twice in turn, never at once
+  const ETrace& alias = a;
+  a = alias;  // self-assignment takes the one lock twice in turn, never at once
   EXPECT_EQ(a.GetName(), "assigned");
   EXPECT_EQ(a.GetLevel(), 4);
 

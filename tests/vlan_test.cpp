@@ -24,6 +24,16 @@ EVLAN Prefilled() {
   return vlan;
 }
 
+// Checks the state Empty leaves: disabled, protocol type 5, every tag field 0.
+void ExpectEmptyTag(const EVLAN& vlan) {
+  EXPECT_FALSE(vlan.IsEnabled());
+  EXPECT_EQ(vlan.GetProtocolType(), 5u);
+  EXPECT_EQ(vlan.GetVLANID(), 0u);
+  EXPECT_EQ(vlan.GetUserPriority(), 0);
+  EXPECT_EQ(vlan.GetCanonicalFormat(), 0);
+  EXPECT_EQ(vlan.GetVLANTPID(), 0u);
+}
+
 using BaseDecode = unsigned int (EProtocol::*)(const EBlob&, int, EStringList*);
 using BaseIsEnough = bool (EProtocol::*)(const EBlob&, int);
 using VlanDecode = unsigned int (EVLAN::*)(const EBlob&, unsigned int, EStringList*);
@@ -110,12 +120,7 @@ TEST(EProtocol, FlagsTypeCopyAndEmpty) {
 
 TEST(EVLAN, Defaults) {
   EVLAN vlan;
-  EXPECT_FALSE(vlan.IsEnabled());
-  EXPECT_EQ(vlan.GetProtocolType(), 5u);
-  EXPECT_EQ(vlan.GetVLANID(), 0u);
-  EXPECT_EQ(vlan.GetUserPriority(), 0);
-  EXPECT_EQ(vlan.GetCanonicalFormat(), 0);
-  EXPECT_EQ(vlan.GetVLANTPID(), 0u);
+  ExpectEmptyTag(vlan);
   EXPECT_EQ(vlan.GetDataLength(), 0u);
   EXPECT_EQ(vlan.GetHeaderSize(), 4u);
   EXPECT_EQ(vlan.GetSize(), 4u);
@@ -186,12 +191,7 @@ TEST(EVLAN, OtherEtherTypesEmptyTheTag) {
     const EBlob blob = Bytes({other[0], other[1], 0x60, 0x05, 0x11, 0x22});
     EXPECT_FALSE(EVLAN::IsVLAN(blob, 0));
     EXPECT_EQ(vlan.Decode(blob, 0u, nullptr), 4u);
-    EXPECT_EQ(vlan.GetVLANID(), 0u);
-    EXPECT_EQ(vlan.GetUserPriority(), 0);
-    EXPECT_EQ(vlan.GetCanonicalFormat(), 0);
-    EXPECT_EQ(vlan.GetVLANTPID(), 0u);
-    EXPECT_FALSE(vlan.IsEnabled());  // Decode starts with Empty
-    EXPECT_EQ(vlan.GetProtocolType(), 5u);
+    ExpectEmptyTag(vlan);                 // Decode starts with Empty
     EXPECT_EQ(vlan.GetDataLength(), 2u);  // still computed
   }
 }
@@ -330,12 +330,7 @@ TEST(EVLAN, EmptyKeepsTheDataLength) {
   EVLAN vlan = Prefilled();
   vlan.SetProtocolType(2);
   vlan.Empty();
-  EXPECT_FALSE(vlan.IsEnabled());
-  EXPECT_EQ(vlan.GetProtocolType(), 5u);
-  EXPECT_EQ(vlan.GetVLANID(), 0u);
-  EXPECT_EQ(vlan.GetUserPriority(), 0);
-  EXPECT_EQ(vlan.GetCanonicalFormat(), 0);
-  EXPECT_EQ(vlan.GetVLANTPID(), 0u);
+  ExpectEmptyTag(vlan);
   EXPECT_EQ(vlan.GetDataLength(), 1u);
 }
 
@@ -380,7 +375,8 @@ TEST(EVLAN, AssignmentYieldsAValue) {
   EXPECT_EQ(result.GetVLANTPID(), 0x9200402Au);
   EXPECT_EQ(result.GetDataLength(), 0u);  // a fresh copy
 
-  const EVLAN self = (target = target);
+  const EVLAN& alias = target;
+  const EVLAN self = (target = alias);
   EXPECT_EQ(target.GetVLANID(), 42u);
   EXPECT_EQ(self.GetVLANID(), 42u);
 }
