@@ -19,3 +19,11 @@
 #include "eIPMACPair.h"
 #include "eUid64.h"
 #include "eFormatUtils.h"
+
+// Tracing
+#include "eTrace.h"
+#include "eFileTracer.h"
+
+// VLAN and protocol
+#include "eProtocol.h"
+#include "eVLAN.h"
