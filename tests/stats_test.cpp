@@ -6,6 +6,7 @@
 #include <functional>
 #include <list>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -54,11 +55,6 @@ std::vector<int> Join(std::initializer_list<std::vector<int>> parts) {
   return joined;
 }
 
-// Operations that only some classes offer.
-struct Offers {
-  bool fillIds, plus, equal, notEqual, swap, toString;
-};
-
 template <typename T>
 struct Spec;
 
@@ -75,7 +71,6 @@ struct Spec<EARPStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eARPStats";
   static constexpr int kLine = 94;
   static constexpr const char* kFunction = "EARPParameters::SerializeIn";
-  static constexpr Offers kOffers{true, false, false, false, false, false};
 };
 
 template <>
@@ -89,7 +84,6 @@ struct Spec<EARPParameters> {
   static constexpr const char* kFile = "x86_64/common/ehal/eARPParameters";
   static constexpr int kLine = 87;
   static constexpr const char* kFunction = "EARPParameters::SerializeIn";
-  static constexpr Offers kOffers{false, false, false, false, false, false};
 };
 
 template <>
@@ -107,7 +101,6 @@ struct Spec<EICMPStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eICMPStats";
   static constexpr int kLine = 103;
   static constexpr const char* kFunction = "EICMPParameters::SerializeIn";
-  static constexpr Offers kOffers{true, false, false, false, false, false};
 };
 
 template <>
@@ -125,7 +118,6 @@ struct Spec<EDriverStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eDriverStats";
   static constexpr int kLine = 96;
   static constexpr const char* kFunction = "EDriverParameters::SerializeIn";
-  static constexpr Offers kOffers{true, false, false, false, false, false};
 };
 
 template <>
@@ -138,7 +130,6 @@ struct Spec<EVLANStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eVLANStats";
   static constexpr int kLine = 85;
   static constexpr const char* kFunction = "EVLANParameters::SerializeIn";
-  static constexpr Offers kOffers{true, false, false, false, false, false};
 };
 
 template <>
@@ -154,7 +145,6 @@ struct Spec<ENeighborSolicitationStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eNeighborSolicitationStats";
   static constexpr int kLine = 106;
   static constexpr const char* kFunction = "ENeighborSolicitationParameters::SerializeIn";
-  static constexpr Offers kOffers{true, false, false, false, true, false};
 };
 
 template <>
@@ -170,7 +160,6 @@ struct Spec<EGreStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eGreStats";
   static constexpr int kLine = 93;
   static constexpr const char* kFunction = "EGreParameters::SerializeIn";
-  static constexpr Offers kOffers{true, false, false, false, false, false};
 };
 
 template <>
@@ -190,7 +179,6 @@ struct Spec<EDHCPStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eDHCPStats";
   static constexpr int kLine = 136;
   static constexpr const char* kFunction = "EDHCPStats::SerializeIn";
-  static constexpr Offers kOffers{true, true, false, true, false, false};
 };
 
 template <>
@@ -210,7 +198,6 @@ struct Spec<EDHCPv6Stats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eDHCPv6Stats";
   static constexpr int kLine = 142;
   static constexpr const char* kFunction = "EDHCPv6Stats::SerializeIn";
-  static constexpr Offers kOffers{true, true, false, true, false, false};
 };
 
 // The clock state of layout 3: four 32-bit values, four 64-bit values and three texts.
@@ -239,7 +226,6 @@ struct Spec<EPTPStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/ePTPStats";
   static constexpr int kLine = 195;
   static constexpr const char* kFunction = "EPTPStats::SerializeIn";
-  static constexpr Offers kOffers{true, true, false, true, false, false};
 };
 
 template <>
@@ -285,7 +271,6 @@ struct Spec<EFCoEStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eFCoEStats";
   static constexpr int kLine = 270;
   static constexpr const char* kFunction = "EFCoEStats::SerializeIn";
-  static constexpr Offers kOffers{true, true, false, false, false, false};
 };
 
 template <>
@@ -322,7 +307,6 @@ struct Spec<EDCBXStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eDcbxStats";
   static constexpr int kLine = 172;
   static constexpr const char* kFunction = "EDCBXStats::SerializeIn";
-  static constexpr Offers kOffers{false, true, false, true, false, false};
 };
 
 template <>
@@ -342,7 +326,6 @@ struct Spec<ELLDPStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eLldpStats";
   static constexpr int kLine = 125;
   static constexpr const char* kFunction = "ELLDPStats::SerializeIn";
-  static constexpr Offers kOffers{false, true, false, true, false, false};
 };
 
 template <>
@@ -362,7 +345,30 @@ struct Spec<EEthernetOAMStats> {
   static constexpr const char* kFile = "x86_64/common/ehal/eEthernetOAMStats";
   static constexpr int kLine = 149;
   static constexpr const char* kFunction = "EEthernetOAMStats::SerializeIn";
-  static constexpr Offers kOffers{true, true, true, true, true, true};
+};
+
+// The classes that offer each optional operation.
+using IdListingClasses =
+    std::tuple<EARPStats, EICMPStats, EDriverStats, EVLANStats, ENeighborSolicitationStats,
+               EGreStats, EDHCPStats, EDHCPv6Stats, EPTPStats, EFCoEStats, EEthernetOAMStats>;
+using SummableClasses = std::tuple<EDHCPStats, EDHCPv6Stats, EPTPStats, EFCoEStats, EDCBXStats,
+                                   ELLDPStats, EEthernetOAMStats>;
+using UnequalClasses =
+    std::tuple<EDHCPStats, EDHCPv6Stats, EPTPStats, EDCBXStats, ELLDPStats, EEthernetOAMStats>;
+using EqualClasses = std::tuple<EEthernetOAMStats>;
+using SwappableClasses = std::tuple<ENeighborSolicitationStats, EEthernetOAMStats>;
+using DescribableClasses = std::tuple<EEthernetOAMStats>;
+
+template <typename T, typename Tuple>
+struct Contains;
+template <typename T, typename... Classes>
+struct Contains<T, std::tuple<Classes...>> : std::disjunction<std::is_same<T, Classes>...> {};
+
+template <typename Tuple>
+struct AsTestTypes;
+template <typename... Classes>
+struct AsTestTypes<std::tuple<Classes...>> {
+  using type = ::testing::Types<Classes...>;
 };
 
 // The counters of a fresh record: zeros unless the class's table says otherwise.
@@ -467,13 +473,12 @@ TYPED_TEST_SUITE(StatsRecord, StatsClasses, ClassNames);
 
 TYPED_TEST(StatsRecord, OffersExactlyItsOperations) {
   using T = TypeParam;
-  constexpr Offers offers = Spec<T>::kOffers;
-  EXPECT_EQ(HasFillIds<T>::value, offers.fillIds);
-  EXPECT_EQ(HasPlus<T>::value, offers.plus);
-  EXPECT_EQ(HasEqual<T>::value, offers.equal);
-  EXPECT_EQ(HasNotEqual<T>::value, offers.notEqual);
-  EXPECT_EQ(HasSwap<T>::value, offers.swap);
-  EXPECT_EQ(HasToString<T>::value, offers.toString);
+  EXPECT_EQ(HasFillIds<T>::value, (Contains<T, IdListingClasses>::value));
+  EXPECT_EQ(HasPlus<T>::value, (Contains<T, SummableClasses>::value));
+  EXPECT_EQ(HasEqual<T>::value, (Contains<T, EqualClasses>::value));
+  EXPECT_EQ(HasNotEqual<T>::value, (Contains<T, UnequalClasses>::value));
+  EXPECT_EQ(HasSwap<T>::value, (Contains<T, SwappableClasses>::value));
+  EXPECT_EQ(HasToString<T>::value, (Contains<T, DescribableClasses>::value));
 }
 
 TYPED_TEST(StatsRecord, FreshAndEmptiedRecordsHoldTheDefaults) {
@@ -598,89 +603,70 @@ TYPED_TEST(StatsRecord, ReadsEveryPrefixOfItsStreamSafely) {
   EXPECT_EQ(CountersOf(record), Sequence<T>(10));
 }
 
-template <typename T>
-void CheckFillListWithAllIds() {
-  if constexpr (HasFillIds<T>::value) {
-    const int count = static_cast<int>(Spec<T>::Counters().size());
-    std::list<int> ids{9};
-    Filled<T>(3).FillListWithAllIds(ids);
-    std::list<int> expected{9};
-    for (int id = 0; id < count; ++id)
-      expected.push_back(id);
-    EXPECT_EQ(ids, expected);
-    T().FillListWithAllIds(ids);  // appends again
-    EXPECT_EQ(ids.size(), expected.size() + count);
-    EXPECT_EQ(ids.back(), count - 1);
-  }
-}
-
-TYPED_TEST(StatsRecord, FillListWithAllIdsAppendsEveryCounterId) {
-  if (!Spec<TypeParam>::kOffers.fillIds) GTEST_SKIP() << "not offered";
-  CheckFillListWithAllIds<TypeParam>();
-}
+// The optional operations, each over the classes that offer it.
 
 template <typename T>
-void CheckSum() {
-  if constexpr (HasPlus<T>::value) {
-    const T left = Filled<T>(0xFFFFFFF0u);
-    const T right = Filled<T>(0x20u);
-    const T sum = left + right;
-    const std::vector<unsigned int> values = CountersOf(sum);
-    for (std::size_t i = 0; i < values.size(); ++i)
-      EXPECT_EQ(values[i], 0x10u + 2 * i) << "counter " << i;
-    EXPECT_EQ(CountersOf(left), Sequence<T>(0xFFFFFFF0u)) << "operands are unchanged";
-  }
-}
+class IdListingRecord : public ::testing::Test {};
+TYPED_TEST_SUITE(IdListingRecord, AsTestTypes<IdListingClasses>::type, ClassNames);
 
-TYPED_TEST(StatsRecord, SumWrapsCounterByCounter) {
-  if (!Spec<TypeParam>::kOffers.plus) GTEST_SKIP() << "not offered";
-  CheckSum<TypeParam>();
+TYPED_TEST(IdListingRecord, FillListWithAllIdsAppendsEveryCounterId) {
+  using T = TypeParam;
+  const int count = static_cast<int>(Spec<T>::Counters().size());
+  std::list<int> ids{9};
+  Filled<T>(3).FillListWithAllIds(ids);
+  std::list<int> expected{9};
+  for (int id = 0; id < count; ++id)
+    expected.push_back(id);
+  EXPECT_EQ(ids, expected);
+  T().FillListWithAllIds(ids);  // appends again
+  for (int id = 0; id < count; ++id)
+    expected.push_back(id);
+  EXPECT_EQ(ids, expected);
 }
 
 template <typename T>
-void CheckComparison() {
+class SummableRecord : public ::testing::Test {};
+TYPED_TEST_SUITE(SummableRecord, AsTestTypes<SummableClasses>::type, ClassNames);
+
+TYPED_TEST(SummableRecord, SumWrapsCounterByCounter) {
+  using T = TypeParam;
+  const T left = Filled<T>(0xFFFFFFF0u);
+  const T right = Filled<T>(0x20u);
+  const T sum = left + right;
+  const std::vector<unsigned int> values = CountersOf(sum);
+  for (std::size_t i = 0; i < values.size(); ++i)
+    EXPECT_EQ(values[i], 0x10u + 2 * i) << "counter " << i;
+  EXPECT_EQ(CountersOf(left), Sequence<T>(0xFFFFFFF0u)) << "operands are unchanged";
+  EXPECT_EQ(CountersOf(right), Sequence<T>(0x20u)) << "operands are unchanged";
+}
+
+template <typename T>
+class ComparableRecord : public ::testing::Test {};
+TYPED_TEST_SUITE(ComparableRecord, AsTestTypes<UnequalClasses>::type, ClassNames);
+
+TYPED_TEST(ComparableRecord, InequalitySeesEveryCounter) {
+  using T = TypeParam;
   const std::vector<Accessor<T>> counters = Spec<T>::Counters();
   const T base = Filled<T>(11);
-  const T same = Filled<T>(11);
-  if constexpr (HasNotEqual<T>::value) {
-    EXPECT_FALSE(base != same);
-  }
-  if constexpr (HasEqual<T>::value) {
-    EXPECT_TRUE(base == same);
-  }
+  EXPECT_FALSE(base != Filled<T>(11));
   for (std::size_t i = 0; i < counters.size(); ++i) {
-    T other = same;
+    T other = base;
     counters[i].set(other, counters[i].get(other) + 1);
-    if constexpr (HasNotEqual<T>::value) {
-      EXPECT_TRUE(base != other) << "counter " << i;
-    }
-    if constexpr (HasEqual<T>::value) {
-      EXPECT_FALSE(base == other) << "counter " << i;
-    }
+    EXPECT_TRUE(base != other) << "counter " << i;
   }
-}
-
-TYPED_TEST(StatsRecord, ComparisonSeesEveryCounter) {
-  if (!Spec<TypeParam>::kOffers.equal && !Spec<TypeParam>::kOffers.notEqual) {
-    GTEST_SKIP() << "not offered";
-  }
-  CheckComparison<TypeParam>();
 }
 
 template <typename T>
-void CheckSwap() {
-  if constexpr (HasSwap<T>::value) {
-    T first = Filled<T>(1);
-    T second = Filled<T>(1000);
-    first.Swap(second);
-    EXPECT_EQ(CountersOf(first), Sequence<T>(1000));
-    EXPECT_EQ(CountersOf(second), Sequence<T>(1));
-  }
-}
+class SwappableRecord : public ::testing::Test {};
+TYPED_TEST_SUITE(SwappableRecord, AsTestTypes<SwappableClasses>::type, ClassNames);
 
-TYPED_TEST(StatsRecord, SwapExchangesEveryCounter) {
-  if (!Spec<TypeParam>::kOffers.swap) GTEST_SKIP() << "not offered";
-  CheckSwap<TypeParam>();
+TYPED_TEST(SwappableRecord, SwapExchangesEveryCounter) {
+  using T = TypeParam;
+  T first = Filled<T>(1);
+  T second = Filled<T>(1000);
+  first.Swap(second);
+  EXPECT_EQ(CountersOf(first), Sequence<T>(1000));
+  EXPECT_EQ(CountersOf(second), Sequence<T>(1));
 }
 
 // Worked examples and edge cases, class by class.
@@ -869,6 +855,17 @@ TEST(EEthernetOAMStats, ToStringLeavesOutTheOrgCounter) {
             "Variable Response PDUs Received: 0, Unsupported PDUs Received: 0");
   record.SetInformationPDUsSent(4294967295u);
   EXPECT_EQ(record.ToString().substr(0, 36), ", Information PDUs Sent: 4294967295,");
+}
+
+TEST(EEthernetOAMStats, EqualitySeesEveryCounter) {
+  const std::vector<Accessor<EEthernetOAMStats>> counters = Spec<EEthernetOAMStats>::Counters();
+  const EEthernetOAMStats base = Filled<EEthernetOAMStats>(11);
+  EXPECT_TRUE(base == Filled<EEthernetOAMStats>(11));
+  for (std::size_t i = 0; i < counters.size(); ++i) {
+    EEthernetOAMStats other = base;
+    counters[i].set(other, counters[i].get(other) + 1);
+    EXPECT_FALSE(base == other) << "counter " << i;
+  }
 }
 
 TEST(EEthernetOAMStats, EqualityAndSwap) {
