@@ -45,24 +45,23 @@ struct Run {
 };
 
 // Run builders for the layout tables, by field kind; the two-argument forms span first..last.
+constexpr Run Span(Kind kind, unsigned first, unsigned last) {
+  return {kind, static_cast<unsigned char>(first), static_cast<unsigned char>(last - first + 1)};
+}
 constexpr Run C(unsigned first, unsigned last) {
-  return {Kind::kWord, static_cast<unsigned char>(first),
-          static_cast<unsigned char>(last - first + 1)};
+  return Span(Kind::kWord, first, last);
 }
 constexpr Run C(unsigned position) {
-  return C(position, position);
+  return Span(Kind::kWord, position, position);
 }
 constexpr Run U64(unsigned first, unsigned last) {
-  return {Kind::kLong, static_cast<unsigned char>(first),
-          static_cast<unsigned char>(last - first + 1)};
+  return Span(Kind::kLong, first, last);
 }
 constexpr Run Text(unsigned first, unsigned last) {
-  return {Kind::kText, static_cast<unsigned char>(first),
-          static_cast<unsigned char>(last - first + 1)};
+  return Span(Kind::kText, first, last);
 }
 constexpr Run U16(unsigned first, unsigned last) {
-  return {Kind::kShort, static_cast<unsigned char>(first),
-          static_cast<unsigned char>(last - first + 1)};
+  return Span(Kind::kShort, first, last);
 }
 // One unsigned int that an old layout still carries and the record no longer keeps: read and
 // dropped (written as 0 should a layout that carries it ever be written).
@@ -113,7 +112,38 @@ class ArchiveForm {
   SignatureText m_SignatureText;
 };
 
-// Writes the newest layout: the signature, then the fields run by run.
+// Calls `visit` on each field that `layout` carries, in stream order, with a reference of the
+// field's own type; a dropped value is visited as a scratch unsigned int.
+template <typename FieldSet, typename Visit>
+void ForEachField(FieldSet& fields, const Layout& layout, Visit&& visit) {
+  for (const Run& run : layout.runs) {
+    for (std::size_t i = run.first; i < std::size_t{run.first} + run.count; ++i) {
+      switch (run.kind) {
+        case Kind::kWord:
+          visit(fields.words[i]);
+          break;
+        case Kind::kLong:
+          visit(fields.longs[i]);
+          break;
+        case Kind::kText:
+          visit(fields.texts[i]);
+          break;
+        case Kind::kShort:
+          visit(fields.shorts[i]);
+          break;
+        case Kind::kDropped: {
+          unsigned int dropped = 0;
+          visit(dropped);
+          break;
+        }
+        case Kind::kNone:
+          break;
+      }
+    }
+  }
+}
+
+// Writes the newest layout: the signature, then each field with the archive writer of its type.
 template <typename FieldSet>
 void Write(EArchive& archive, const FieldSet& fields, const ArchiveForm& form) {
   const Layout& layout = form.Newest();
@@ -122,29 +152,7 @@ void Write(EArchive& archive, const FieldSet& fields, const ArchiveForm& form) {
   } else {
     archive.WriteSignedInt(static_cast<int>(layout.signature));
   }
-  for (const Run& run : layout.runs) {
-    for (std::size_t i = run.first; i < std::size_t{run.first} + run.count; ++i) {
-      switch (run.kind) {
-        case Kind::kWord:
-          archive.WriteUnsignedInt(fields.words[i]);
-          break;
-        case Kind::kLong:
-          archive.WriteUnsigned64Int(fields.longs[i]);
-          break;
-        case Kind::kText:
-          archive << fields.texts[i];
-          break;
-        case Kind::kShort:
-          archive << fields.shorts[i];
-          break;
-        case Kind::kDropped:
-          archive.WriteUnsignedInt(0);
-          break;
-        case Kind::kNone:
-          break;
-      }
-    }
-  }
+  ForEachField(fields, layout, [&archive](const auto& value) { archive << value; });
 }
 
 // Reads the signature and the fields of the layout it names; fields the layout lacks keep their
@@ -155,29 +163,7 @@ void Read(EArchive& archive, FieldSet& fields, const ArchiveForm& form) {
   if (layout == nullptr) {
     EArchive::SerializeError(form.Error().file, form.Error().line, form.Error().function);
   }
-  for (const Run& run : layout->runs) {
-    for (std::size_t i = run.first; i < std::size_t{run.first} + run.count; ++i) {
-      switch (run.kind) {
-        case Kind::kWord:
-          fields.words[i] = archive.ReadUnsignedInt();
-          break;
-        case Kind::kLong:
-          fields.longs[i] = archive.ReadUnsigned64Int();
-          break;
-        case Kind::kText:
-          archive >> fields.texts[i];
-          break;
-        case Kind::kShort:
-          archive >> fields.shorts[i];
-          break;
-        case Kind::kDropped:
-          archive.ReadUnsignedInt();
-          break;
-        case Kind::kNone:
-          break;
-      }
-    }
-  }
+  ForEachField(fields, *layout, [&archive](auto& value) { archive >> value; });
 }
 
 }  // namespace estats
