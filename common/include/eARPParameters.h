@@ -4,6 +4,7 @@
 
 #include "eStatsRecord.h"
 
+// Two unsigned 16-bit fields (timeout, retries) and no counters.
 class EARPParameters : public EStatsRecord<EARPParameters, estats::Fields<0, 0, 0, 0, 2>> {
  public:
   static constexpr unsigned short kDefaultTimeout = 3;

@@ -4,6 +4,7 @@
 
 #include "eStatsRecord.h"
 
+// Ten counters, then four 32-bit values, four 64-bit values and three texts of clock state.
 class EPTPStats : public EStatsRecord<EPTPStats, estats::Fields<10, 4, 4, 3>> {
  public:
   using EStatsRecord::FillListWithAllIds;
