@@ -34,7 +34,7 @@ constexpr int kDropped = -1;  // a value an old layout carries that the record d
 
 // One layout: its signature, the text of the fields that are not counters (written or read as
 // given, ahead of the counters), and the counters it carries by position, in stream order.
-struct LayoutSpec {
+struct ExpectedLayout {
   unsigned int signature;
   std::vector<int> counters;
   std::string freshPrefix = "";  // the non-counter fields of a fresh record, as written
@@ -56,10 +56,10 @@ std::vector<int> Join(std::initializer_list<std::vector<int>> parts) {
 }
 
 template <typename T>
-struct Spec;
+struct Table;
 
 template <>
-struct Spec<EARPStats> {
+struct Table<EARPStats> {
   using T = EARPStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetResponsesSent, &T::GetResponsesSent),
@@ -67,27 +67,27 @@ struct Spec<EARPStats> {
             Pair(&T::SetRequestsSent, &T::GetRequestsSent),
             Pair(&T::SetRequestsReceived, &T::GetRequestsReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{0x18321311, Span(0, 3)}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{0x18321311, Span(0, 3)}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eARPStats";
   static constexpr int kLine = 94;
   static constexpr const char* kFunction = "EARPParameters::SerializeIn";
 };
 
 template <>
-struct Spec<EARPParameters> {
+struct Table<EARPParameters> {
   using T = EARPParameters;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetTimeout, &T::GetTimeout), Pair(&T::SetRetries, &T::GetRetries)};
   }
   static std::vector<unsigned int> Defaults() { return {3, 5}; }
-  static std::vector<LayoutSpec> Layouts() { return {{0x18121311, {0, 1}}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{0x18121311, {0, 1}}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eARPParameters";
   static constexpr int kLine = 87;
   static constexpr const char* kFunction = "EARPParameters::SerializeIn";
 };
 
 template <>
-struct Spec<EICMPStats> {
+struct Table<EICMPStats> {
   using T = EICMPStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetEchoResponsesSent, &T::GetEchoResponsesSent),
@@ -95,7 +95,7 @@ struct Spec<EICMPStats> {
             Pair(&T::SetEchoRequestsSent, &T::GetEchoRequestsSent),
             Pair(&T::SetEchoRequestsReceived, &T::GetEchoRequestsReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() {
+  static std::vector<ExpectedLayout> Layouts() {
     return {{0x18321311, {0, 3}}, {0x18321312, {1, 2, 0, 3}}};
   }
   static constexpr const char* kFile = "x86_64/common/ehal/eICMPStats";
@@ -104,7 +104,7 @@ struct Spec<EICMPStats> {
 };
 
 template <>
-struct Spec<EDriverStats> {
+struct Table<EDriverStats> {
   using T = EDriverStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetPacketsSent, &T::GetPacketsSent),
@@ -112,7 +112,7 @@ struct Spec<EDriverStats> {
             Pair(&T::SetPacketsDroppedByDriver, &T::GetPacketsDroppedByDriver),
             Pair(&T::SetPacketsReceiveOverflow, &T::GetPacketsReceiveOverflow)};
   }
-  static std::vector<LayoutSpec> Layouts() {
+  static std::vector<ExpectedLayout> Layouts() {
     return {{0x18321311, {0, 1, 2}}, {0x18321312, {3, 0, 1, 2}}};
   }
   static constexpr const char* kFile = "x86_64/common/ehal/eDriverStats";
@@ -121,19 +121,19 @@ struct Spec<EDriverStats> {
 };
 
 template <>
-struct Spec<EVLANStats> {
+struct Table<EVLANStats> {
   using T = EVLANStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetDroppedPackets, &T::GetDroppedPackets)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{0x18321311, {0}}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{0x18321311, {0}}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eVLANStats";
   static constexpr int kLine = 85;
   static constexpr const char* kFunction = "EVLANParameters::SerializeIn";
 };
 
 template <>
-struct Spec<ENeighborSolicitationStats> {
+struct Table<ENeighborSolicitationStats> {
   using T = ENeighborSolicitationStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetIcmp6OutNeighborSolicits, &T::GetIcmp6OutNeighborSolicits),
@@ -141,14 +141,14 @@ struct Spec<ENeighborSolicitationStats> {
             Pair(&T::SetIcmp6InNeighborSolicits, &T::GetIcmp6InNeighborSolicits),
             Pair(&T::SetIcmp6InNeighborAdvertisements, &T::GetIcmp6InNeighborAdvertisements)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{0x18321311, Span(0, 3)}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{0x18321311, Span(0, 3)}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eNeighborSolicitationStats";
   static constexpr int kLine = 106;
   static constexpr const char* kFunction = "ENeighborSolicitationParameters::SerializeIn";
 };
 
 template <>
-struct Spec<EGreStats> {
+struct Table<EGreStats> {
   using T = EGreStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetGreFramesSent, &T::GetGreFramesSent),
@@ -156,14 +156,14 @@ struct Spec<EGreStats> {
             Pair(&T::SetGreBytesSent, &T::GetGreBytesSent),
             Pair(&T::SetGreBytesReceived, &T::GetGreBytesReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{1, Span(0, 3)}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{1, Span(0, 3)}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eGreStats";
   static constexpr int kLine = 93;
   static constexpr const char* kFunction = "EGreParameters::SerializeIn";
 };
 
 template <>
-struct Spec<EDHCPStats> {
+struct Table<EDHCPStats> {
   using T = EDHCPStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetDHCPDiscoversSent, &T::GetDHCPDiscoversSent),
@@ -175,14 +175,14 @@ struct Spec<EDHCPStats> {
             Pair(&T::SetDHCPNAKReceived, &T::GetDHCPNAKReceived),
             Pair(&T::SetDHCPReleasesSent, &T::GetDHCPReleasesSent)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{1, Span(0, 7)}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{1, Span(0, 7)}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eDHCPStats";
   static constexpr int kLine = 136;
   static constexpr const char* kFunction = "EDHCPStats::SerializeIn";
 };
 
 template <>
-struct Spec<EDHCPv6Stats> {
+struct Table<EDHCPv6Stats> {
   using T = EDHCPv6Stats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetDHCPv6SolicitsSent, &T::GetDHCPv6SolicitsSent),
@@ -194,7 +194,7 @@ struct Spec<EDHCPv6Stats> {
             Pair(&T::SetDHCPv6RepliesReceived, &T::GetDHCPv6RepliesReceived),
             Pair(&T::SetDHCPv6ReleasesSent, &T::GetDHCPv6ReleasesSent)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{1, Span(0, 7)}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{1, Span(0, 7)}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eDHCPv6Stats";
   static constexpr int kLine = 142;
   static constexpr const char* kFunction = "EDHCPv6Stats::SerializeIn";
@@ -206,7 +206,7 @@ const char* const kSomeClockState =
     "6 5 248 128 4294967296 77 18446744073709551615 1 4 port4 peer3 gps";
 
 template <>
-struct Spec<EPTPStats> {
+struct Table<EPTPStats> {
   using T = EPTPStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetSyncSent, &T::GetSyncSent),
@@ -220,7 +220,7 @@ struct Spec<EPTPStats> {
             Pair(&T::SetAnnouncesSent, &T::GetAnnouncesSent),
             Pair(&T::SetAnnouncesReceived, &T::GetAnnouncesReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() {
+  static std::vector<ExpectedLayout> Layouts() {
     return {{1, Span(0, 9)}, {2, Span(0, 9)}, {3, Span(0, 9), kFreshClockState, kSomeClockState}};
   }
   static constexpr const char* kFile = "x86_64/common/ehal/ePTPStats";
@@ -229,7 +229,7 @@ struct Spec<EPTPStats> {
 };
 
 template <>
-struct Spec<EFCoEStats> {
+struct Table<EFCoEStats> {
   using T = EFCoEStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetFCoEFlogiSent, &T::GetFCoEFlogiSent),
@@ -261,7 +261,7 @@ struct Spec<EFCoEStats> {
             Pair(&T::SetSCRTransmitted, &T::GetSCRTransmitted),
             Pair(&T::SetSCRAccReceived, &T::GetSCRAccReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() {
+  static std::vector<ExpectedLayout> Layouts() {
     const std::vector<int> v1 = Join({Span(0, 11), {17, 18}});
     const std::vector<int> v2 = Join({Span(19, 22), v1});
     const std::vector<int> v3 = Join({Span(12, 16), v2});
@@ -274,7 +274,7 @@ struct Spec<EFCoEStats> {
 };
 
 template <>
-struct Spec<EDCBXStats> {
+struct Table<EDCBXStats> {
   using T = EDCBXStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetDCBXSent, &T::GetDCBXSent),
@@ -298,7 +298,7 @@ struct Spec<EDCBXStats> {
             Pair(&T::SetiSCSITlvSent, &T::GetiSCSITlvSent),
             Pair(&T::SetiSCSITlvReceived, &T::GetiSCSITlvReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() {
+  static std::vector<ExpectedLayout> Layouts() {
     const std::vector<int> v1 = Join({{0, 1}, Span(3, 17)});
     const std::vector<int> v2 = Join({{2}, v1});
     const std::vector<int> v3 = Join({{18, 19, 2}, v1});
@@ -310,7 +310,7 @@ struct Spec<EDCBXStats> {
 };
 
 template <>
-struct Spec<ELLDPStats> {
+struct Table<ELLDPStats> {
   using T = ELLDPStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetLLDPSent, &T::GetLLDPSent),
@@ -320,7 +320,7 @@ struct Spec<ELLDPStats> {
             Pair(&T::SetLLDPNeighborCount, &T::GetLLDPNeighborCount),
             Pair(&T::SetLLDPRxTlvUnrecognized, &T::GetLLDPRxTlvUnrecognized)};
   }
-  static std::vector<LayoutSpec> Layouts() {
+  static std::vector<ExpectedLayout> Layouts() {
     return {{0x21080128, {0, 1, 2, kDropped, 3, kDropped, 5}}, {0x21080129, {4, 0, 1, 2, 3, 5}}};
   }
   static constexpr const char* kFile = "x86_64/common/ehal/eLldpStats";
@@ -329,7 +329,7 @@ struct Spec<ELLDPStats> {
 };
 
 template <>
-struct Spec<EEthernetOAMStats> {
+struct Table<EEthernetOAMStats> {
   using T = EEthernetOAMStats;
   static std::vector<Accessor<T>> Counters() {
     return {Pair(&T::SetInformationPDUsSent, &T::GetInformationPDUsSent),
@@ -341,7 +341,7 @@ struct Spec<EEthernetOAMStats> {
             Pair(&T::SetVariableResponsePDUsReceived, &T::GetVariableResponsePDUsReceived),
             Pair(&T::SetUnsupportedPDUsReceived, &T::GetUnsupportedPDUsReceived)};
   }
-  static std::vector<LayoutSpec> Layouts() { return {{0x91201742, Span(0, 7)}}; }
+  static std::vector<ExpectedLayout> Layouts() { return {{0x91201742, Span(0, 7)}}; }
   static constexpr const char* kFile = "x86_64/common/ehal/eEthernetOAMStats";
   static constexpr int kLine = 149;
   static constexpr const char* kFunction = "EEthernetOAMStats::SerializeIn";
@@ -375,12 +375,12 @@ struct AsTestTypes<std::tuple<Classes...>> {
 template <typename T, typename = void>
 struct DefaultsOf {
   static std::vector<unsigned int> Get() {
-    return std::vector<unsigned int>(Spec<T>::Counters().size(), 0u);
+    return std::vector<unsigned int>(Table<T>::Counters().size(), 0u);
   }
 };
 template <typename T>
-struct DefaultsOf<T, std::void_t<decltype(Spec<T>::Defaults())>> {
-  static std::vector<unsigned int> Get() { return Spec<T>::Defaults(); }
+struct DefaultsOf<T, std::void_t<decltype(Table<T>::Defaults())>> {
+  static std::vector<unsigned int> Get() { return Table<T>::Defaults(); }
 };
 
 // Which of the optional operations a class offers (protected operations do not count).
@@ -418,7 +418,7 @@ struct HasToString<T, std::void_t<decltype(std::declval<const T&>().ToString())>
 template <typename T>
 std::vector<unsigned int> CountersOf(const T& record) {
   std::vector<unsigned int> values;
-  for (const Accessor<T>& counter : Spec<T>::Counters())
+  for (const Accessor<T>& counter : Table<T>::Counters())
     values.push_back(counter.get(record));
   return values;
 }
@@ -427,7 +427,7 @@ std::vector<unsigned int> CountersOf(const T& record) {
 template <typename T>
 T Filled(unsigned int base) {
   T record;
-  const std::vector<Accessor<T>> counters = Spec<T>::Counters();
+  const std::vector<Accessor<T>> counters = Table<T>::Counters();
   for (std::size_t i = 0; i < counters.size(); ++i)
     counters[i].set(record, base + static_cast<unsigned int>(i));
   return record;
@@ -442,10 +442,10 @@ std::vector<unsigned int> Sequence(unsigned int base) {
 template <typename T>
 std::vector<unsigned int> ForeignSignatures() {
   std::vector<unsigned int> foreign{0u, 0x12345678u};
-  for (const LayoutSpec& layout : Spec<T>::Layouts()) {
+  for (const ExpectedLayout& layout : Table<T>::Layouts()) {
     for (const unsigned int candidate : {layout.signature - 1, layout.signature + 1}) {
       bool accepted = false;
-      for (const LayoutSpec& other : Spec<T>::Layouts())
+      for (const ExpectedLayout& other : Table<T>::Layouts())
         accepted = accepted || other.signature == candidate;
       if (!accepted) foreign.push_back(candidate);
     }
@@ -493,7 +493,7 @@ TYPED_TEST(StatsRecord, FreshAndEmptiedRecordsHoldTheDefaults) {
 
 TYPED_TEST(StatsRecord, EveryAccessorReachesItsOwnCounter) {
   using T = TypeParam;
-  const std::vector<Accessor<T>> counters = Spec<T>::Counters();
+  const std::vector<Accessor<T>> counters = Table<T>::Counters();
   const std::vector<unsigned int> defaults = DefaultsOf<T>::Get();
   for (std::size_t i = 0; i < counters.size(); ++i) {
     T record;
@@ -519,7 +519,7 @@ TYPED_TEST(StatsRecord, CopyAndAssignmentTakeEveryCounter) {
 
 // The text a layout carries for the given counter values (dropped values as `dropped`).
 template <typename T>
-std::string LayoutText(const LayoutSpec& layout, const std::string& prefix,
+std::string LayoutText(const ExpectedLayout& layout, const std::string& prefix,
                        const std::vector<unsigned int>& values, unsigned int dropped) {
   std::string text = std::to_string(layout.signature) + " " + prefix;
   for (const int position : layout.counters)
@@ -529,7 +529,7 @@ std::string LayoutText(const LayoutSpec& layout, const std::string& prefix,
 
 TYPED_TEST(StatsRecord, WritesTheNewestLayout) {
   using T = TypeParam;
-  const LayoutSpec newest = Spec<T>::Layouts().back();
+  const ExpectedLayout newest = Table<T>::Layouts().back();
   EXPECT_EQ(BytesOf(Filled<T>(100)),
             LayoutText<T>(newest, newest.freshPrefix, Sequence<T>(100), 0));
   EXPECT_EQ(BytesOf(T()), LayoutText<T>(newest, newest.freshPrefix, DefaultsOf<T>::Get(), 0));
@@ -537,7 +537,7 @@ TYPED_TEST(StatsRecord, WritesTheNewestLayout) {
 
 TYPED_TEST(StatsRecord, ReadsEveryLayoutIntoAPrefilledRecord) {
   using T = TypeParam;
-  for (const LayoutSpec& layout : Spec<T>::Layouts()) {
+  for (const ExpectedLayout& layout : Table<T>::Layouts()) {
     SCOPED_TRACE(layout.signature);
     const std::vector<unsigned int> incoming = Sequence<T>(200);
     const std::string bytes = LayoutText<T>(layout, layout.readPrefix, incoming, 999);
@@ -569,7 +569,7 @@ TYPED_TEST(StatsRecord, ForeignSignatureIsReportedAndEndsTheProcess) {
           T record;
           ReadFrom(std::to_string(signature) + " 1 2 3 4 5 6 7 8 ", record);
         },
-        Spec<T>::kFile, Spec<T>::kLine, Spec<T>::kFunction);
+        Table<T>::kFile, Table<T>::kLine, Table<T>::kFunction);
   }
 }
 
@@ -581,9 +581,9 @@ TYPED_TEST(StatsRecord, ForeignSignatureLeavesTheRecordAsItWas) {
     ReadFrom("305419896 1 2 3 ", record);
     ADD_FAILURE() << "a foreign signature was accepted";
   } catch (const SerializeErrorThrown& error) {
-    EXPECT_EQ(error.file, Spec<T>::kFile);
-    EXPECT_EQ(error.line, Spec<T>::kLine);
-    EXPECT_EQ(error.function, Spec<T>::kFunction);
+    EXPECT_EQ(error.file, Table<T>::kFile);
+    EXPECT_EQ(error.line, Table<T>::kLine);
+    EXPECT_EQ(error.function, Table<T>::kFunction);
   }
   EXPECT_EQ(CountersOf(record), Sequence<T>(60));
 }
@@ -611,7 +611,7 @@ TYPED_TEST_SUITE(IdListingRecord, AsTestTypes<IdListingClasses>::type, ClassName
 
 TYPED_TEST(IdListingRecord, FillListWithAllIdsAppendsEveryCounterId) {
   using T = TypeParam;
-  const int count = static_cast<int>(Spec<T>::Counters().size());
+  const int count = static_cast<int>(Table<T>::Counters().size());
   std::list<int> ids{9};
   Filled<T>(3).FillListWithAllIds(ids);
   std::list<int> expected{9};
@@ -646,7 +646,7 @@ TYPED_TEST_SUITE(ComparableRecord, AsTestTypes<UnequalClasses>::type, ClassNames
 
 TYPED_TEST(ComparableRecord, InequalitySeesEveryCounter) {
   using T = TypeParam;
-  const std::vector<Accessor<T>> counters = Spec<T>::Counters();
+  const std::vector<Accessor<T>> counters = Table<T>::Counters();
   const T base = Filled<T>(11);
   EXPECT_FALSE(base != Filled<T>(11));
   for (std::size_t i = 0; i < counters.size(); ++i) {
@@ -858,7 +858,7 @@ TEST(EEthernetOAMStats, ToStringLeavesOutTheOrgCounter) {
 }
 
 TEST(EEthernetOAMStats, EqualitySeesEveryCounter) {
-  const std::vector<Accessor<EEthernetOAMStats>> counters = Spec<EEthernetOAMStats>::Counters();
+  const std::vector<Accessor<EEthernetOAMStats>> counters = Table<EEthernetOAMStats>::Counters();
   const EEthernetOAMStats base = Filled<EEthernetOAMStats>(11);
   EXPECT_TRUE(base == Filled<EEthernetOAMStats>(11));
   for (std::size_t i = 0; i < counters.size(); ++i) {
