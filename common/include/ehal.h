@@ -27,3 +27,20 @@
 // VLAN and protocol
 #include "eProtocol.h"
 #include "eVLAN.h"
+
+// Protocol statistics
+#include "eStatsRecord.h"
+#include "eARPStats.h"
+#include "eARPParameters.h"
+#include "eICMPStats.h"
+#include "eDriverStats.h"
+#include "eVLANStats.h"
+#include "eNeighborSolicitationStats.h"
+#include "eGreStats.h"
+#include "eDHCPStats.h"
+#include "eDHCPv6Stats.h"
+#include "ePTPStats.h"
+#include "eFCoEStats.h"
+#include "eDCBXStats.h"
+#include "eLLDPStats.h"
+#include "eEthernetOAMStats.h"
