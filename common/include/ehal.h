@@ -8,3 +8,8 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eStringList.h"
+
+// Identity
+#include "eRecordLayout.h"
+#include "eComponentId.h"
+#include "eMultiComponentId.h"
