@@ -13,3 +13,8 @@
 #include "eRecordLayout.h"
 #include "eComponentId.h"
 #include "eMultiComponentId.h"
+#include "eSingleCommand.h"
+#include "eProtocolName.h"
+#include "eTableName.h"
+#include "eClientID.h"
+#include "eConfigEvent.h"
