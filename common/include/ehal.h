@@ -18,3 +18,12 @@
 #include "eTableName.h"
 #include "eClientID.h"
 #include "eConfigEvent.h"
+
+// Message envelopes
+#include "eMessage.h"
+#include "eGlobalMessage.h"
+#include "eOutgoingGlobalMessage.h"
+#include "eOutgoingMessage.h"
+#include "eOutgoingProtocolMessage.h"
+#include "eTableMessage.h"
+#include "eSwitchUpdateMessage.h"
