@@ -100,18 +100,27 @@ TEST(EMessage, DefaultArchiveForm) {
   EXPECT_EQ(BytesOf(EMessage()), "3 1 0 1 " + kEmptyClient + "0 " + kEmptyPayload);
 }
 
+// Every field of a message in one line, so that a test states at once which fields a read
+// replaced and which it kept.
+std::string Fields(const EMessage& message) {
+  return "count " + std::to_string(message.GetMessagePortCount()) + ", port " +
+         std::to_string(message.GetMessagePortId()) + ", destination " +
+         std::to_string(message.GetDestination()) + ", client " +
+         message.GetClientID().GetMajorID() + "/" +
+         std::to_string(message.GetClientID().GetMinorID()) + ", type " +
+         std::to_string(message.GetMessageType()) + ", payload " + Text(message.GetMessage());
+}
+
+const std::string kPrefilledFields =
+    "count 44, port 55, destination 66, client old/1, type 77, payload old";
+
 TEST(EMessage, FullArchiveFormAndRoundTrip) {
   const std::string bytes = "3 4 7 5 " + kClientGui + "9 " + kPayloadAB;
   EXPECT_EQ(BytesOf(FullMessage()), bytes);
   EMessage back = Prefilled();
+  EXPECT_EQ(Fields(back), kPrefilledFields);
   ReadFrom(bytes, back);
-  EXPECT_EQ(back.GetMessagePortCount(), 4u);
-  EXPECT_EQ(back.GetMessagePortId(), 7u);
-  EXPECT_EQ(back.GetDestination(), 5u);
-  EXPECT_EQ(back.GetClientID().GetMajorID(), "gui");
-  EXPECT_EQ(back.GetClientID().GetMinorID(), -2);
-  EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(Fields(back), "count 4, port 7, destination 5, client gui/-2, type 9, payload AB");
 }
 
 TEST(EMessage, DestinationTravelsAsOneByte) {
@@ -129,49 +138,28 @@ TEST(EMessage, DestinationTravelsAsOneByte) {
 TEST(EMessage, Version2KeepsThePortCount) {
   EMessage back = Prefilled();
   ReadFrom("2 7 5 " + kClientGui + "9 " + kPayloadAB, back);
-  EXPECT_EQ(back.GetMessagePortCount(), 44u);
-  EXPECT_EQ(back.GetMessagePortId(), 7u);
-  EXPECT_EQ(back.GetDestination(), 5u);
-  EXPECT_EQ(back.GetClientID().GetMajorID(), "gui");
-  EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(Fields(back), "count 44, port 7, destination 5, client gui/-2, type 9, payload AB");
 }
 
 TEST(EMessage, Version1KeepsPortIdAndCount) {
   EMessage back = Prefilled();
   ReadFrom("1 5 " + kClientGui + "9 " + kPayloadAB, back);
-  EXPECT_EQ(back.GetMessagePortCount(), 44u);
-  EXPECT_EQ(back.GetMessagePortId(), 55u);
-  EXPECT_EQ(back.GetDestination(), 5u);
-  EXPECT_EQ(back.GetClientID().GetMajorID(), "gui");
-  EXPECT_EQ(back.GetClientID().GetMinorID(), -2);
-  EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(Fields(back), "count 44, port 55, destination 5, client gui/-2, type 9, payload AB");
 }
 
 TEST(EMessage, OlderSignaturesWithClientId) {
   for (const char* signature : {"1998716963 ", "1998716964 "}) {
     EMessage back = Prefilled();
     ReadFrom(signature + kClientGui + "9 " + kPayloadAB, back);
-    EXPECT_EQ(back.GetMessagePortCount(), 44u) << signature;
-    EXPECT_EQ(back.GetMessagePortId(), 55u) << signature;
-    EXPECT_EQ(back.GetDestination(), 66u) << signature;
-    EXPECT_EQ(back.GetClientID().GetMajorID(), "gui") << signature;
-    EXPECT_EQ(back.GetMessageType(), 9u) << signature;
-    EXPECT_EQ(Text(back.GetMessage()), "AB") << signature;
+    EXPECT_EQ(Fields(back), "count 44, port 55, destination 66, client gui/-2, type 9, payload AB")
+        << signature;
   }
 }
 
 TEST(EMessage, OldestSignatureCarriesTypeAndPayloadOnly) {
   EMessage back = Prefilled();
   ReadFrom("1998716962 9 " + kPayloadAB, back);
-  EXPECT_EQ(back.GetMessagePortCount(), 44u);
-  EXPECT_EQ(back.GetMessagePortId(), 55u);
-  EXPECT_EQ(back.GetDestination(), 66u);
-  EXPECT_EQ(back.GetClientID().GetMajorID(), "old");
-  EXPECT_EQ(back.GetClientID().GetMinorID(), 1);
-  EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(Fields(back), "count 44, port 55, destination 66, client old/1, type 9, payload AB");
 }
 
 TEST(EMessage, UnknownLeadingNumbers) {
