@@ -9,6 +9,25 @@
 #include "eArchive.h"
 #include "eStringList.h"
 
+// Network value types
+#include "eInteger16Byte.h"
+#include "eIPAddress.h"
+#include "eIPMaskedAddress.h"
+#include "eIPAddressRange.h"
+#include "eMACAddress.h"
+#include "eMACAddressRange.h"
+#include "eIPMACPair.h"
+#include "eUid64.h"
+#include "eFormatUtils.h"
+
+// Tracing
+#include "eTrace.h"
+#include "eFileTracer.h"
+
+// VLAN and protocol
+#include "eProtocol.h"
+#include "eVLAN.h"
+
 // Identity
 #include "eRecordLayout.h"
 #include "eComponentId.h"
