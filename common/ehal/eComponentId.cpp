@@ -1,0 +1,87 @@
+#include "eComponentId.h"
+
+#include <algorithm>
+
+#include "eArchive.h"
+#include "eRecordLayout.h"
+
+namespace {
+constexpr unsigned int kSignature = 0x18111111;
+constexpr ELayoutVersion kVersions[] = {{kSignature, 0}};
+// The report deliberately names another class's reader; receivers match on this text.
+constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eComponentId", 235,
+                                            "EBGPAttribute::SerializeIn"};
+}  // namespace
+
+EComponentId& EComponentId::operator=(const std::vector<unsigned int>& components) {
+  m_Components = components;
+  return *this;
+}
+
+unsigned int EComponentId::operator[](unsigned long index) const {
+  return index < m_Components.size() ? m_Components[index] : 0;
+}
+
+EComponentId& EComponentId::operator+=(unsigned int component) {
+  AddMember(component);
+  return *this;
+}
+
+EComponentId EComponentId::operator+(unsigned int component) const {
+  EComponentId result(*this);
+  result.AddMember(component);
+  return result;
+}
+
+bool EComponentId::operator<(const std::vector<unsigned int>& components) const {
+  if (m_Components.size() != components.size()) return m_Components.size() < components.size();
+  return m_Components < components;
+}
+
+unsigned int EComponentId::IdMatching(unsigned int value, unsigned int index) const {
+  if (index >= m_Components.size()) return 1;
+  if (m_Components[index] != value) return 0;
+  return index + 1 == m_Components.size() ? 2 : 3;
+}
+
+unsigned int EComponentId::IdMatching(const EComponentId& other) const {
+  const std::size_t common = std::min(m_Components.size(), other.m_Components.size());
+  for (std::size_t i = 0; i < common; ++i) {
+    if (m_Components[i] != other.m_Components[i]) return 0;
+  }
+  if (m_Components.size() == other.m_Components.size()) return 2;
+  return m_Components.size() < other.m_Components.size() ? 1 : 3;
+}
+
+std::string EComponentId::ToString() const {
+  std::string text;
+  for (std::size_t i = 0; i < m_Components.size(); ++i) {
+    if (i > 0) text += '.';
+    text += std::to_string(m_Components[i]);
+  }
+  return text;
+}
+
+template <typename Self, typename Visit>
+void EComponentId::Fields(Self& self, Visit& field) {
+  field.template Field<std::vector<unsigned int>>(self.m_Components);
+}
+
+void EComponentId::SerializeOut(EArchive& archive) const {
+  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
+}
+
+void EComponentId::SerializeIn(EArchive& archive) {
+  m_Components.clear();
+  ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); });
+}
+
+EArchive& operator<<(EArchive& archive, const EComponentId& id) {
+  id.SerializeOut(archive);
+  return archive;
+}
+
+EArchive& operator>>(EArchive& archive, EComponentId& id) {
+  id.SerializeIn(archive);
+  return archive;
+}
