@@ -8,3 +8,8 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eStringList.h"
+
+// HAL port records
+#include "eRecordText.h"
+#include "ePacket.h"
+#include "ePRBS.h"
