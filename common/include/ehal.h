@@ -13,3 +13,4 @@
 #include "eRecordText.h"
 #include "ePacket.h"
 #include "ePRBS.h"
+#include "eMacSec.h"
