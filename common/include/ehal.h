@@ -14,3 +14,5 @@
 #include "ePacket.h"
 #include "ePRBS.h"
 #include "eMacSec.h"
+#include "eConditionalStatConfig.h"
+#include "eStreamConfig.h"
