@@ -16,3 +16,8 @@
 #include "eMacSec.h"
 #include "eConditionalStatConfig.h"
 #include "eStreamConfig.h"
+#include "ePOSLinkLayerSettings.h"
+#include "eDataCenterModeSettings.h"
+#include "eActivePortSetting.h"
+#include "eFCParams.h"
+#include "eFCPhyMessage.h"
