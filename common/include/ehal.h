@@ -9,6 +9,11 @@
 #include "eArchive.h"
 #include "eStringList.h"
 
+// Network value types
+#include "eInteger16Byte.h"
+#include "eIPAddress.h"
+#include "eMACAddress.h"
+
 // HAL port records
 #include "eRecordText.h"
 #include "ePacket.h"
