@@ -1,25 +1,16 @@
 #include "eDataCenterModeSettings.h"
 
-#include "eArchive.h"
+#include "eFlagSetting.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x10062911;
-}  // namespace
-
 void EDataCenterModeSettings::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_DataCenterModeEnabled;
+  ehal_flag_setting::Write(archive, m_DataCenterModeEnabled);
 }
 
 void EDataCenterModeSettings::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    // The report names the protocol-name reader; receivers match on this text.
-    EArchive::SerializeError("x86_64/common/ehal/eDataCenterModeSettings", 79,
-                             "eHal::EProtocolName::SerializeIn");
-  }
-  archive >> m_DataCenterModeEnabled;
+  m_DataCenterModeEnabled =
+      ehal_flag_setting::Read(archive, "x86_64/common/ehal/eDataCenterModeSettings", 79);
 }
 
 EArchive& operator<<(EArchive& archive, const EDataCenterModeSettings& settings) {

@@ -26,3 +26,8 @@
 #include "eActivePortSetting.h"
 #include "eFCParams.h"
 #include "eFCPhyMessage.h"
+#include "eTLV.h"
+#include "eEthernetOAMConfig.h"
+#include "eEthernetOAMStatus.h"
+#include "eEthernetOAMSessionStatus.h"
+#include "eAggregateModeSetting.h"
