@@ -2,7 +2,6 @@
 
 #include <ostream>
 #include <sstream>
-#include <utility>
 
 #include "eArchive.h"
 #include "eRecordText.h"
@@ -18,24 +17,13 @@ const char* const kReturnCodeTexts[] = {"Success", "Fail"};
 }  // namespace
 
 void EEthernetOAMConfig::Swap(EEthernetOAMConfig& other) {
-  std::swap(m_RequestType, other.m_RequestType);
-  std::swap(m_ReturnCode, other.m_ReturnCode);
-  m_SrcMac.Swap(other.m_SrcMac);
-  std::swap(m_OAMCapability, other.m_OAMCapability);
-  std::swap(m_MaxPDUSize, other.m_MaxPDUSize);
-  std::swap(m_OrgUniqueIdentifier, other.m_OrgUniqueIdentifier);
-  std::swap(m_VendorSpecificInfo, other.m_VendorSpecificInfo);
-  std::swap(m_MaxIdleTimer, other.m_MaxIdleTimer);
-  m_CustomTLV.Swap(other.m_CustomTLV);
+  auto mine = Fields(*this);
+  auto theirs = Fields(other);
+  mine.swap(theirs);
 }
 
 bool EEthernetOAMConfig::operator==(const EEthernetOAMConfig& other) const {
-  return m_RequestType == other.m_RequestType && m_ReturnCode == other.m_ReturnCode &&
-         m_SrcMac == other.m_SrcMac && m_OAMCapability == other.m_OAMCapability &&
-         m_MaxPDUSize == other.m_MaxPDUSize &&
-         m_OrgUniqueIdentifier == other.m_OrgUniqueIdentifier &&
-         m_VendorSpecificInfo == other.m_VendorSpecificInfo &&
-         m_MaxIdleTimer == other.m_MaxIdleTimer && m_CustomTLV == other.m_CustomTLV;
+  return Fields(*this) == Fields(other);
 }
 
 const char* EEthernetOAMConfig::RequestTypeToString() const {

@@ -1,7 +1,6 @@
 #include "eEthernetOAMStatus.h"
 
 #include <sstream>
-#include <utility>
 
 #include "eArchive.h"
 
@@ -12,23 +11,13 @@ constexpr unsigned int kSignature = 0x28356872;
 }  // namespace
 
 void EEthernetOAMStatus::Swap(EEthernetOAMStatus& other) {
-  std::swap(m_Version, other.m_Version);
-  std::swap(m_InformationRevision, other.m_InformationRevision);
-  m_SrcMac.Swap(other.m_SrcMac);
-  std::swap(m_State, other.m_State);
-  std::swap(m_OAMCapability, other.m_OAMCapability);
-  std::swap(m_MaxPDUSize, other.m_MaxPDUSize);
-  std::swap(m_OrgUniqueIdentifier, other.m_OrgUniqueIdentifier);
-  std::swap(m_VendorSpecificInfo, other.m_VendorSpecificInfo);
-  std::swap(m_Flags, other.m_Flags);
+  auto mine = Fields(*this);
+  auto theirs = Fields(other);
+  mine.swap(theirs);
 }
 
 bool EEthernetOAMStatus::operator==(const EEthernetOAMStatus& other) const {
-  return m_Version == other.m_Version && m_InformationRevision == other.m_InformationRevision &&
-         m_SrcMac == other.m_SrcMac && m_State == other.m_State &&
-         m_OAMCapability == other.m_OAMCapability && m_MaxPDUSize == other.m_MaxPDUSize &&
-         m_OrgUniqueIdentifier == other.m_OrgUniqueIdentifier &&
-         m_VendorSpecificInfo == other.m_VendorSpecificInfo && m_Flags == other.m_Flags;
+  return Fields(*this) == Fields(other);
 }
 
 std::string EEthernetOAMStatus::ToString() const {

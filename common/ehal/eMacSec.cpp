@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <sstream>
 #include <stdexcept>
-#include <utility>
 
 #include "eArchive.h"
 #include "eRecordText.h"
@@ -50,28 +49,17 @@ void EMacSec::Empty() {
 
 void EMacSec::Copy(const EMacSec& other) {
   if (this == &other) return;
-  m_RequestType = other.m_RequestType;
-  m_ReturnCode = other.m_ReturnCode;
-  m_ClientMessageId = other.m_ClientMessageId;
-  m_TableId = other.m_TableId;
-  m_SATable = other.m_SATable;
-  m_ConfOff = other.m_ConfOff;
+  Fields(*this) = Fields(other);
 }
 
 void EMacSec::Swap(EMacSec& other) {
-  std::swap(m_RequestType, other.m_RequestType);
-  std::swap(m_ReturnCode, other.m_ReturnCode);
-  std::swap(m_ClientMessageId, other.m_ClientMessageId);
-  std::swap(m_TableId, other.m_TableId);
-  m_SATable.swap(other.m_SATable);
-  std::swap(m_ConfOff, other.m_ConfOff);
+  auto mine = Fields(*this);
+  auto theirs = Fields(other);
+  mine.swap(theirs);
 }
 
 bool EMacSec::IsEqual(const EMacSec& other) const {
-  if (this == &other) return true;
-  return m_RequestType == other.m_RequestType && m_ReturnCode == other.m_ReturnCode &&
-         m_ClientMessageId == other.m_ClientMessageId && m_TableId == other.m_TableId &&
-         m_SATable == other.m_SATable && m_ConfOff == other.m_ConfOff;
+  return this == &other || Fields(*this) == Fields(other);
 }
 
 bool EMacSec::IsValid(bool throwIfInvalid) const {

@@ -2,7 +2,6 @@
 
 #include <sstream>
 #include <stdexcept>
-#include <utility>
 
 #include "eArchive.h"
 #include "eRecordText.h"
@@ -61,35 +60,18 @@ void EPRBS::Empty() {
 
 void EPRBS::Copy(const EPRBS& other) {
   if (this == &other) return;
-  m_RequestType = other.m_RequestType;
-  m_ReturnCode = other.m_ReturnCode;
-  m_ExtraId = other.m_ExtraId;
-  m_ClientMessageId = other.m_ClientMessageId;
-  m_BufferSize = other.m_BufferSize;
-  m_PacketCount = other.m_PacketCount;
-  m_Start = other.m_Start;
-  m_Packets = other.m_Packets;
-  m_Direction = other.m_Direction;
+  Fields(*this) = Fields(other);
 }
 
 void EPRBS::Swap(EPRBS& other) {
-  std::swap(m_RequestType, other.m_RequestType);
-  std::swap(m_ReturnCode, other.m_ReturnCode);
-  std::swap(m_ExtraId, other.m_ExtraId);
-  std::swap(m_ClientMessageId, other.m_ClientMessageId);
-  std::swap(m_BufferSize, other.m_BufferSize);
-  std::swap(m_PacketCount, other.m_PacketCount);
-  std::swap(m_Start, other.m_Start);
-  m_Packets.swap(other.m_Packets);
-  std::swap(m_Direction, other.m_Direction);
+  // The packet lists exchange their storage; no packet is copied.
+  auto mine = Fields(*this);
+  auto theirs = Fields(other);
+  mine.swap(theirs);
 }
 
 bool EPRBS::IsEqual(const EPRBS& other) const {
-  return m_RequestType == other.m_RequestType && m_ReturnCode == other.m_ReturnCode &&
-         m_ExtraId == other.m_ExtraId && m_ClientMessageId == other.m_ClientMessageId &&
-         m_BufferSize == other.m_BufferSize && m_PacketCount == other.m_PacketCount &&
-         m_Start == other.m_Start && m_Packets == other.m_Packets &&
-         m_Direction == other.m_Direction;
+  return Fields(*this) == Fields(other);
 }
 
 bool EPRBS::IsValid(bool throwIfInvalid) const {

@@ -5,6 +5,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <tuple>
 
 #include "eMACAddress.h"
 #include "eTLV.h"
@@ -68,6 +69,13 @@ class EEthernetOAMConfig {
  private:
   // Writes ", SrcMac: " up to the TLV text; switches the stream to hexadecimal on the way.
   void WriteInformation(std::ostream& text) const;
+  // Every field once; exchanging and comparing go through this list.
+  template <typename Self>
+  static auto Fields(Self& self) {
+    return std::tie(self.m_RequestType, self.m_ReturnCode, self.m_SrcMac, self.m_OAMCapability,
+                    self.m_MaxPDUSize, self.m_OrgUniqueIdentifier, self.m_VendorSpecificInfo,
+                    self.m_MaxIdleTimer, self.m_CustomTLV);
+  }
 
   eRequestType m_RequestType = kInitial;
   eReturnCode m_ReturnCode = kSuccess;

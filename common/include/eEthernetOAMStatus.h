@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 
 #include "eMACAddress.h"
 
@@ -48,6 +49,14 @@ class EEthernetOAMStatus {
   void SerializeIn(EArchive& archive);
 
  private:
+  // Every field once; exchanging and comparing go through this list.
+  template <typename Self>
+  static auto Fields(Self& self) {
+    return std::tie(self.m_Version, self.m_InformationRevision, self.m_SrcMac, self.m_State,
+                    self.m_OAMCapability, self.m_MaxPDUSize, self.m_OrgUniqueIdentifier,
+                    self.m_VendorSpecificInfo, self.m_Flags);
+  }
+
   unsigned int m_Version = 0;
   unsigned int m_InformationRevision = 0;
   EMACAddress m_SrcMac;

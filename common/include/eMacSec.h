@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "eBlob.h"
@@ -102,6 +103,12 @@ class EMacSec {
  private:
   // Writes the items after the head; `withTable` adds the offset and the table size.
   std::string Text(bool withTable) const;
+  // Every field once; copying, exchanging and comparing go through this list.
+  template <typename Self>
+  static auto Fields(Self& self) {
+    return std::tie(self.m_RequestType, self.m_ReturnCode, self.m_ClientMessageId, self.m_TableId,
+                    self.m_SATable, self.m_ConfOff);
+  }
 
   eRequestType m_RequestType;
   eReturnCode m_ReturnCode;

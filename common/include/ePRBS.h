@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "ePacket.h"
@@ -85,6 +86,14 @@ class EPRBS {
   void SerializeIn(EArchive& archive);
 
  private:
+  // Every field once; copying, exchanging and comparing go through this list.
+  template <typename Self>
+  static auto Fields(Self& self) {
+    return std::tie(self.m_RequestType, self.m_ReturnCode, self.m_ExtraId, self.m_ClientMessageId,
+                    self.m_BufferSize, self.m_PacketCount, self.m_Start, self.m_Packets,
+                    self.m_Direction);
+  }
+
   eRequestType m_RequestType;
   eReturnCode m_ReturnCode;
   unsigned int m_ExtraId;
