@@ -9,14 +9,11 @@
 #include "child_process.h"
 #include "eArchive.h"
 #include "eBlob.h"
+#include "network_values.h"
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-EBlob Blob(const Bytes& bytes) {
-  return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
-}
+using namespace network_values;
 
 Bytes Contents(const EMACAddress& address) {
   const EBlob& blob = address.GetMACAddress();

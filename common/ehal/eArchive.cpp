@@ -15,39 +15,54 @@ constexpr char kDigitPairs[] =
     "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
     "8081828384858687888990919293949596979899";
 
-// Writes the decimal digits of `value` so that they end just before `end`; returns the first.
+// Number of decimal digits of `value` (1 for 0), without a loop.
+unsigned int DigitCount(std::uint32_t value) {
+  static constexpr std::uint32_t kPowers[] = {1,      10,      100,      1000,      10000,
+                                              100000, 1000000, 10000000, 100000000, 1000000000};
+  // value | 1 has as many digits as value (every 99..9 is odd) and is never 0.
+  value |= 1;
+  const unsigned int bits = 32 - static_cast<unsigned int>(__builtin_clz(value));
+  const unsigned int guess = (bits * 1233) >> 12;  // floor(bits * log10(2))
+  return guess + (value >= kPowers[guess] ? 1 : 0);
+}
+
+unsigned int DigitCount(std::uint64_t value) {
+  unsigned int count = 1;
+  while (value >= 10) {
+    value /= 10;
+    ++count;
+  }
+  return count;
+}
+
+// Writes the decimal digits of `value` so that they end just before `end`.
 template <typename Unsigned>
-char* FormatDigitsBackwards(Unsigned value, char* end) {
+void FormatDigitsBackwards(Unsigned value, unsigned char* end) {
   while (value >= 100) {
     const unsigned int pair = static_cast<unsigned int>(value % 100) * 2;
     value /= 100;
     end -= 2;
-    end[0] = kDigitPairs[pair];
-    end[1] = kDigitPairs[pair + 1];
+    end[0] = static_cast<unsigned char>(kDigitPairs[pair]);
+    end[1] = static_cast<unsigned char>(kDigitPairs[pair + 1]);
   }
   if (value >= 10) {
     const unsigned int pair = static_cast<unsigned int>(value) * 2;
-    end -= 2;
-    end[0] = kDigitPairs[pair];
-    end[1] = kDigitPairs[pair + 1];
+    end[-2] = static_cast<unsigned char>(kDigitPairs[pair]);
+    end[-1] = static_cast<unsigned char>(kDigitPairs[pair + 1]);
   } else {
-    *--end = static_cast<char>('0' + value);
+    end[-1] = static_cast<unsigned char>('0' + value);
   }
-  return end;
 }
 
 bool IsNumberChar(unsigned char c) {
-  return (c >= '0' && c <= '9') || c == '-';
+  return static_cast<unsigned char>(c - '0') < 10 || c == '-';
 }
 
-// value = value * 10 + (c - '0') for every character, in the arithmetic of `Unsigned`.
+// Adds one character to a number: value * 10 + (c - '0'), wrapping in the arithmetic of
+// `Unsigned`; '-' therefore counts as the digit value -3.
 template <typename Unsigned>
-Unsigned Accumulate(const unsigned char* token, unsigned int length) {
-  Unsigned value = 0;
-  for (unsigned int i = 0; i < length; ++i) {
-    value = value * 10 + static_cast<Unsigned>(static_cast<int>(token[i]) - '0');
-  }
-  return value;
+Unsigned AddDigit(Unsigned value, unsigned char c) {
+  return value * 10 + static_cast<Unsigned>(static_cast<int>(c) - '0');
 }
 
 }  // namespace
@@ -98,8 +113,7 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
   m_WritePosition = n;
 }
 
-void EArchive::Append(unsigned int length, const unsigned char* bytes) {
-  unsigned int position = m_WritePosition;
+unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length) {
   if (position > m_Buffer.m_Size) position = 0;
   const std::uint64_t end = std::uint64_t{position} + length;
   if (end > m_Buffer.Room()) {
@@ -111,38 +125,40 @@ void EArchive::Append(unsigned int length, const unsigned char* bytes) {
     m_Buffer.SetSize(static_cast<unsigned int>(std::min<std::uint64_t>(capacity, UINT32_MAX)),
                      true);
   }
-  if (length > 0) std::memcpy(m_Buffer.m_Data + position, bytes, length);
   if (m_Buffer.m_Size < end) m_Buffer.m_Size = static_cast<unsigned int>(end);
   m_WritePosition = static_cast<unsigned int>(end);
+  return m_Buffer.m_Data + position;
+}
+
+void EArchive::Append(unsigned int length, const unsigned char* bytes) {
+  unsigned char* const out = Reserve(length);
+  if (length > 0) std::memcpy(out, bytes, length);
 }
 
 EArchive& EArchive::WriteUnsignedInt(unsigned int value) {
-  char text[16];
-  text[15] = ' ';
-  const char* first = FormatDigitsBackwards(value, text + 15);
-  Append(static_cast<unsigned int>(text + 16 - first),
-         reinterpret_cast<const unsigned char*>(first));
+  const unsigned int digits = DigitCount(std::uint32_t{value});
+  unsigned char* const out = Reserve(digits + 1);
+  FormatDigitsBackwards(value, out + digits);
+  out[digits] = ' ';
   return *this;
 }
 
 EArchive& EArchive::WriteSignedInt(int value) {
-  char text[16];
-  text[15] = ' ';
-  const unsigned int magnitude =
-      value < 0 ? 0u - static_cast<unsigned int>(value) : static_cast<unsigned int>(value);
-  char* first = FormatDigitsBackwards(magnitude, text + 15);
-  if (value < 0) *--first = '-';
-  Append(static_cast<unsigned int>(text + 16 - first),
-         reinterpret_cast<const unsigned char*>(first));
+  if (value >= 0) return WriteUnsignedInt(static_cast<unsigned int>(value));
+  const unsigned int magnitude = 0u - static_cast<unsigned int>(value);
+  const unsigned int digits = DigitCount(std::uint32_t{magnitude});
+  unsigned char* const out = Reserve(digits + 2);
+  out[0] = '-';
+  FormatDigitsBackwards(magnitude, out + 1 + digits);
+  out[digits + 1] = ' ';
   return *this;
 }
 
 EArchive& EArchive::WriteUnsigned64Int(unsigned long value) {
-  char text[24];
-  text[23] = ' ';
-  const char* first = FormatDigitsBackwards(value, text + 23);
-  Append(static_cast<unsigned int>(text + 24 - first),
-         reinterpret_cast<const unsigned char*>(first));
+  const unsigned int digits = DigitCount(std::uint64_t{value});
+  unsigned char* const out = Reserve(digits + 1);
+  FormatDigitsBackwards(value, out + digits);
+  out[digits] = ' ';
   return *this;
 }
 
@@ -167,69 +183,64 @@ EArchive& EArchive::SerializeRawStringOut(const std::string& value) {
   return *this;
 }
 
-unsigned int EArchive::NextToken(unsigned int capacity, const unsigned char*& token) {
+template <typename Sink>
+unsigned int EArchive::ScanNumber(unsigned int capacity, Sink&& sink) {
   const unsigned char* const data = m_Buffer.m_Data;
   const unsigned int size = m_Buffer.m_Size;
   unsigned int position = m_ReadPosition;
   if (position > size) position = 0;
   while (position < size && !IsNumberChar(data[position]))
     ++position;
-  token = nullptr;
   if (position >= size || capacity <= 1) {
     // Nothing to read: step one past the end (or the token) so the next read starts over.
     m_ReadPosition = position + 1;
     return 0;
   }
-  const unsigned int start = position;
-  const unsigned int limit = capacity - 1;
-  unsigned int count = 1;
-  ++position;
-  while (position < size && count < limit && IsNumberChar(data[position])) {
-    ++position;
-    ++count;
-  }
+  const unsigned char* const first = data + position;
+  const unsigned char* const last = first + std::min(capacity - 1, size - position);
+  const unsigned char* next = first;
+  do {
+    sink(*next, static_cast<unsigned int>(next - first));
+    ++next;
+  } while (next < last && IsNumberChar(*next));
+  const auto count = static_cast<unsigned int>(next - first);
   // Skip the delimiter; a token cut at the limit loses its next character.
-  m_ReadPosition = position + 1;
-  token = data + start;
+  m_ReadPosition = position + count + 1;
   return count;
 }
 
 unsigned int EArchive::BufferNumberText(char* text, unsigned int capacity) {
-  const unsigned char* token = nullptr;
-  const unsigned int count = NextToken(capacity, token);
-  if (capacity == 0) return count;
-  if (count > 0) std::memcpy(text, token, count);
-  text[count] = '\0';
+  const unsigned int count = ScanNumber(
+      capacity, [text](unsigned char c, unsigned int i) { text[i] = static_cast<char>(c); });
+  if (capacity > 0) text[count] = '\0';
   return count;
 }
 
 unsigned int EArchive::ReadUnsignedInt() {
-  const unsigned char* token = nullptr;
-  const unsigned int count = NextToken(kNumberTextCapacity, token);
-  return Accumulate<unsigned int>(token, count);
+  unsigned int value = 0;
+  ScanNumber(kNumberTextCapacity,
+             [&value](unsigned char c, unsigned int) { value = AddDigit(value, c); });
+  return value;
 }
 
 int EArchive::ReadSignedInt() {
-  const unsigned char* token = nullptr;
-  unsigned int count = NextToken(kNumberTextCapacity, token);
-  const bool negative = count > 0 && token[0] == '-';
-  if (negative) {
-    ++token;
-    --count;
-  }
-  const unsigned int magnitude = Accumulate<unsigned int>(token, count);
+  unsigned int magnitude = 0;
+  bool negative = false;
+  ScanNumber(kNumberTextCapacity, [&](unsigned char c, unsigned int i) {
+    if (i == 0 && c == '-') {
+      negative = true;
+      return;
+    }
+    magnitude = AddDigit(magnitude, c);
+  });
   return static_cast<int>(negative ? 0u - magnitude : magnitude);
 }
 
 unsigned long EArchive::ReadUnsigned64Int() {
-  const unsigned char* token = nullptr;
-  const unsigned int count = NextToken(kNumberTextCapacity, token);
-  return Accumulate<unsigned long>(token, count);
-}
-
-EArchive& EArchive::operator>>(unsigned int& value) {
-  value = ReadUnsignedInt();
-  return *this;
+  unsigned long value = 0;
+  ScanNumber(kNumberTextCapacity,
+             [&value](unsigned char c, unsigned int) { value = AddDigit(value, c); });
+  return value;
 }
 
 EArchive& EArchive::operator>>(unsigned short& value) {

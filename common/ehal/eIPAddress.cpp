@@ -5,6 +5,7 @@
 
 #include "eArchive.h"
 #include "eBlob.h"
+#include "eByteOrder.h"
 #include "eInetAddr.h"
 #include "eInteger16Byte.h"
 #include "eTextDigits.h"
@@ -13,22 +14,14 @@ namespace {
 constexpr unsigned int kSignature = 0x18111112;
 // The old layout carries no type: the address is IPv4.
 constexpr unsigned int kSignatureIPv4Only = 0x18111111;
-
-unsigned int ReadBigEndian32(const unsigned char* bytes) {
-  return (static_cast<unsigned int>(bytes[0]) << 24) | (static_cast<unsigned int>(bytes[1]) << 16) |
-         (static_cast<unsigned int>(bytes[2]) << 8) | bytes[3];
-}
-
-void WriteBigEndian32(unsigned char* bytes, unsigned int value) {
-  bytes[0] = static_cast<unsigned char>(value >> 24);
-  bytes[1] = static_cast<unsigned char>(value >> 16);
-  bytes[2] = static_cast<unsigned char>(value >> 8);
-  bytes[3] = static_cast<unsigned char>(value);
-}
 }  // namespace
 
+using ehal_bytes::ReadBigEndian32;
+using ehal_bytes::WriteBigEndian32;
+
 void EIPAddress::Empty() {
-  Empty(eIPv4Address);
+  // Qualified, so that a derived class's Empty(int) does not run in place of this one.
+  EIPAddress::Empty(eIPv4Address);
 }
 
 void EIPAddress::Empty(int type) {

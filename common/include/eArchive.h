@@ -73,7 +73,10 @@ class EArchive {
 
   // Readers. Past the end they yield 0 / empty and move the read position one beyond the
   // size, so that the next read starts over at position 0.
-  EArchive& operator>>(unsigned int& value);
+  EArchive& operator>>(unsigned int& value) {
+    value = ReadUnsignedInt();
+    return *this;
+  }
   EArchive& operator>>(unsigned short& value);  // truncated to 16 bits
   EArchive& operator>>(unsigned char& value);   // truncated to 8 bits
   EArchive& operator>>(bool& value);            // true for any non-zero 32-bit value
@@ -109,15 +112,30 @@ class EArchive {
   static constexpr unsigned int kNumberTextCapacity = 30;
 
  private:
-  // Finds the next number token exactly as BufferNumberText does with `capacity` and returns
-  // where it starts in the buffer and how many characters it has, without copying it.
-  unsigned int NextToken(unsigned int capacity, const unsigned char*& token);
+  // The tokeniser: finds the next number token (at most `capacity` - 1 characters), hands each
+  // character to `sink(character, index)` straight from the buffer, and returns the count.
+  template <typename Sink>
+  unsigned int ScanNumber(unsigned int capacity, Sink&& sink);
+  // Makes room for `length` bytes at the write position (growing by doubling) and moves the
+  // write position past them; returns where they go.
+  unsigned char* Reserve(unsigned int length);
+  unsigned char* ReserveSlow(unsigned int position, unsigned int length);
 
   unsigned int m_ReadPosition = 0;
   unsigned int m_WritePosition = 0;
   int m_Mode = eModeNone;
   EBlob m_Buffer;
 };
+
+inline unsigned char* EArchive::Reserve(unsigned int length) {
+  const unsigned int position = m_WritePosition;
+  const unsigned int size = m_Buffer.m_Size;
+  const unsigned int room = m_Buffer.Room();
+  if (position > size || length > room - position) return ReserveSlow(position, length);
+  if (size < position + length) m_Buffer.m_Size = position + length;
+  m_WritePosition = position + length;
+  return m_Buffer.m_Data + position;
+}
 
 // Container operations. Writers need a storing archive, readers refuse only a storing one;
 // counts are written as unsigned 64-bit and read as unsigned 32-bit.

@@ -12,7 +12,38 @@
 // Network value types
 #include "eInteger16Byte.h"
 #include "eIPAddress.h"
+#include "eIPMaskedAddress.h"
+#include "eIPAddressRange.h"
 #include "eMACAddress.h"
+#include "eMACAddressRange.h"
+#include "eIPMACPair.h"
+#include "eUid64.h"
+#include "eFormatUtils.h"
+
+// Tracing
+#include "eTrace.h"
+#include "eFileTracer.h"
+
+// VLAN and protocol
+#include "eProtocol.h"
+#include "eVLAN.h"
+
+// Protocol statistics
+#include "eStatsRecord.h"
+#include "eARPStats.h"
+#include "eARPParameters.h"
+#include "eICMPStats.h"
+#include "eDriverStats.h"
+#include "eVLANStats.h"
+#include "eNeighborSolicitationStats.h"
+#include "eGreStats.h"
+#include "eDHCPStats.h"
+#include "eDHCPv6Stats.h"
+#include "ePTPStats.h"
+#include "eFCoEStats.h"
+#include "eDCBXStats.h"
+#include "eLLDPStats.h"
+#include "eEthernetOAMStats.h"
 
 // HAL port records
 #include "eRecordText.h"
