@@ -1,0 +1,30 @@
+// EFCPhyMessage: a Fibre Channel physical-layer message to a port: a request type and the
+// values that go with it.
+#pragma once
+
+class EArchive;
+
+class EFCPhyMessage {
+ public:
+  EFCPhyMessage() { Empty(); }
+  EFCPhyMessage(const EFCPhyMessage& other) = default;
+  EFCPhyMessage& operator=(const EFCPhyMessage& other) = default;
+
+  // Request type and the 16-bit value 0; the 64-bit values are left as they are.
+  void Empty();
+  void SetRequestType(unsigned int type) { m_RequestType = type; }
+  unsigned int GetRequestType() const { return m_RequestType; }
+
+  void SerializeOut(EArchive& archive) const;
+  void SerializeIn(EArchive& archive);
+
+ private:
+  unsigned int m_RequestType;
+  // Carried unchanged for the port; no accessors.
+  unsigned short m_ReservedShort;
+  unsigned long m_ReservedLong1 = 0;
+  unsigned long m_ReservedLong2 = 0;
+};
+
+EArchive& operator<<(EArchive& archive, const EFCPhyMessage& message);
+EArchive& operator>>(EArchive& archive, EFCPhyMessage& message);

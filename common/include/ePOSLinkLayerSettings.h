@@ -1,0 +1,85 @@
+// eHal::EPOSLinkLayerSettings: the link-layer encapsulation and the transmit and receive CRC
+// sizes of the packet-over-SONET ports of a card, one entry per port 0-63.
+#pragma once
+
+#include <string>
+
+class EArchive;
+
+namespace eHal {
+
+class EPOSLinkLayerSettings {
+ public:
+  enum eLinkType : unsigned int {
+    kCiscoHDLC = 0,
+    kPPP = 1,
+    kFrameRelay = 2,
+    kCiscoFrameRelay = 3,
+    kOther = 4,
+    kSRP = 5
+  };
+  // CRC size codes; any other code means no CRC.
+  enum eCRCSize : unsigned int { kCRC16 = 0, kCRC32 = 1 };
+  static constexpr unsigned int kPortCount = 64;
+
+  EPOSLinkLayerSettings() { Empty(); }
+  EPOSLinkLayerSettings(const EPOSLinkLayerSettings& other) { Copy(other); }
+  EPOSLinkLayerSettings& operator=(const EPOSLinkLayerSettings& other) {
+    Copy(other);
+    return *this;
+  }
+
+  // Every port: link type "Other", both CRC size codes 32 bits.
+  void Empty();
+  void Copy(const EPOSLinkLayerSettings& other);
+  // Does nothing for a null pointer.
+  void Copy(const EPOSLinkLayerSettings* other);
+
+  // Setters take the value first and the port index (0-63, not checked) second.
+  void SetLinkType(unsigned int linkType, unsigned int port) { m_LinkType[port] = linkType; }
+  void SetTxCRCSize(unsigned int code, unsigned int port) { m_TxCRCSize[port] = code; }
+  void SetRxCRCSize(unsigned int code, unsigned int port) { m_RxCRCSize[port] = code; }
+  unsigned int GetLinkType(unsigned int port) const { return m_LinkType[port]; }
+  unsigned int GetTxCRCSize(unsigned int port) const { return m_TxCRCSize[port]; }
+  unsigned int GetRxCRCSize(unsigned int port) const { return m_RxCRCSize[port]; }
+
+  // 16 for code 0, 32 for code 1, 0 for any other code.
+  unsigned int GetCRCSizeInBits(unsigned int code) const;
+  unsigned int GetCRCSizeInBytes(unsigned int code) const { return GetCRCSizeInBits(code) / 8; }
+  unsigned int GetTxCRCSizeInBits(unsigned int port) const {
+    return GetCRCSizeInBits(m_TxCRCSize[port]);
+  }
+  unsigned int GetTxCRCSizeInBytes(unsigned int port) const {
+    return GetCRCSizeInBytes(m_TxCRCSize[port]);
+  }
+  unsigned int GetRxCRCSizeInBits(unsigned int port) const {
+    return GetCRCSizeInBits(m_RxCRCSize[port]);
+  }
+  unsigned int GetRxCRCSizeInBytes(unsigned int port) const {
+    return GetCRCSizeInBytes(m_RxCRCSize[port]);
+  }
+
+  // All 192 entries equal.
+  bool IsEqual(const EPOSLinkLayerSettings& other) const;
+  bool operator==(const EPOSLinkLayerSettings& other) const { return IsEqual(other); }
+  bool operator!=(const EPOSLinkLayerSettings& other) const { return !IsEqual(other); }
+
+  // "Encapsulation:<link type> TxCRCSize:<bits> RxCRCSize:<bits>" and a line feed.
+  std::string GetLogString(unsigned int port) const;
+
+  // Writes the ports from 63 down to 0.
+  void SerializeOut(EArchive& archive) const;
+  // Reads the current layout, or the older one that carries only port 0 (the other ports keep
+  // their values).
+  void SerializeIn(EArchive& archive);
+
+ private:
+  unsigned int m_LinkType[kPortCount];
+  unsigned int m_TxCRCSize[kPortCount];
+  unsigned int m_RxCRCSize[kPortCount];
+};
+
+EArchive& operator<<(EArchive& archive, const EPOSLinkLayerSettings& settings);
+EArchive& operator>>(EArchive& archive, EPOSLinkLayerSettings& settings);
+
+}  // namespace eHal
