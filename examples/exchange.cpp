@@ -1,10 +1,11 @@
-// One request and its reply, as a client and a port's HAL exchange them. The client archives a
-// record, puts the bytes as payload into an eHal::EMessage with a message type, its client id and
-// the port id, and archives the envelope; those bytes are what a transport would carry. The
-// receiver loads them, reads the envelope, then the record from the payload, and answers by the
-// same road.
+// One PRBS capture conversation between a client and a test port's HAL. The client fills a
+// request record, archives it, puts the bytes as payload into an eHal::EMessage with its client
+// id and the port id, and archives the envelope: those bytes are what a transport carries. The
+// port loads them, reads the envelope and then the record, checks it, fills in the reply and
+// answers by the same road; the client decodes the reply.
 #include <cctype>
 #include <cstdio>
+#include <stdexcept>
 #include <string>
 
 #include "ehal.h"
@@ -13,45 +14,16 @@ namespace {
 
 using eHal::EClientID;
 using eHal::EMessage;
+using eHal::EPacket;
+using eHal::EPRBS;
 
-// ---- The record carried in the payload: everything that depends on its class is here. ----
+// Envelope message types of this conversation; the receiver picks the record class from them.
+constexpr auto kPRBSRequest = static_cast<EMessage::eMessageType>(1);
+constexpr auto kPRBSReply = static_cast<EMessage::eMessageType>(2);
 
-using Record = EStringList;
-
-constexpr EMessage::eMessageType kRequestType = static_cast<EMessage::eMessageType>(1);
-constexpr EMessage::eMessageType kReplyType = static_cast<EMessage::eMessageType>(2);
-
-Record MakeRequest() {
-  Record names;
-  names.Add("alpha");
-  names.Add("beta");
-  return names;
-}
-
-// What the receiver does with a request: it answers with the names in upper case.
-Record Answer(const Record& request) {
-  Record reply;
-  EStringList::Position position = request.GetHeadPosition();
-  while (const char* name = request.GetNext(position)) {
-    std::string upper = name;
-    for (char& c : upper)
-      c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    reply.Add(upper);
-  }
-  return reply;
-}
-
-void PrintRecord(const Record& names) {
-  std::printf("  record     %u names:", names.GetCount());
-  EStringList::Position position = names.GetHeadPosition();
-  while (const char* name = names.GetNext(position))
-    std::printf(" \"%s\"", name);
-  std::printf("\n");
-}
-
-bool SameRecord(const Record& a, const Record& b) {
-  return a.GetCount() == b.GetCount() && a.GetString() == b.GetString();
-}
+// The record's sides: the client builds requests, the port builds replies.
+constexpr bool kRequestingSide = true;
+constexpr bool kReplyingSide = false;
 
 // ---- The road: generic steps that any record takes. ----
 
@@ -66,53 +38,101 @@ EBlob ArchiveBytes(const T& value) {
 
 // Reads a value from received bytes, as a receiver loads them.
 template <typename T>
-T ReadBytes(const EBlob& bytes) {
+void ReadBytes(const EBlob& bytes, T& value) {
   EArchive archive;
   archive.SetMode(eModeLoading);
   archive.SetFromEBlob(bytes, true);
-  T value;
   archive >> value;
-  return value;
 }
 
 // The wire bytes as a hex dump, and as text (numbers travel as decimal text), with anything
 // unprintable shown as '.'.
-void PrintWire(const char* step, const EBlob& wire) {
+void PrintWire(const EBlob& wire) {
   std::string text(wire.GetSize(), '.');
   for (unsigned int i = 0; i < wire.GetSize(); ++i) {
     if (std::isprint(wire.GetData()[i])) text[i] = static_cast<char>(wire.GetData()[i]);
   }
-  std::printf("%s: %u bytes on the wire\n%s\n  as text: %s\n", step, wire.GetSize(),
+  std::printf("  wire       %u bytes\n%s\n  as text    %s\n", wire.GetSize(),
               wire.GetHexDumpOfPacket().c_str(), text.c_str());
 }
 
 void PrintEnvelope(const EMessage& message) {
   const EClientID& client = message.GetClientID();
-  std::printf(
-      "  envelope   type %u, destination %u, client \"%s\"/%d, port %u of %u, payload %u bytes\n",
-      static_cast<unsigned int>(message.GetMessageType()),
-      static_cast<unsigned int>(message.GetDestination()), client.GetMajorID().c_str(),
-      client.GetMinorID(), message.GetPortID(), message.GetMessagePortCount(),
-      message.GetMessage().GetSize());
+  std::printf("  envelope   type %u, client \"%s\"/%d, port %u, payload %u bytes\n",
+              static_cast<unsigned int>(message.GetMessageType()), client.GetMajorID().c_str(),
+              client.GetMinorID(), message.GetPortID(), message.GetMessage().GetSize());
 }
 
-// Puts a record into an envelope addressed by client and port, and archives the envelope.
-EBlob Send(const Record& record, EMessage::eMessageType type, const EClientID& client,
+// Archives the record, wraps it in an envelope addressed by client and port, archives that.
+EBlob Send(const EPRBS& record, EMessage::eMessageType type, const EClientID& client,
            unsigned int port) {
+  std::printf("  record     %s\n", record.ToString().c_str());
   EMessage message;
   message.SetMessage(type, ArchiveBytes(record));
   message.SetClientID(client);
   message.SetMessagePortId(port);
-  return ArchiveBytes(message);
+  const EBlob wire = ArchiveBytes(message);
+  PrintWire(wire);
+  return wire;
 }
 
-// Reads the envelope from received bytes, prints it, and reads the record from its payload.
-Record Receive(const EBlob& wire, EMessage& message) {
-  message = ReadBytes<EMessage>(wire);
+// Reads the envelope from received bytes, then the record from its payload.
+void Receive(const EBlob& wire, EMessage& message, EPRBS& record) {
+  ReadBytes(wire, message);
   PrintEnvelope(message);
-  const Record record = ReadBytes<Record>(message.GetMessage());
-  PrintRecord(record);
-  return record;
+  ReadBytes(message.GetMessage(), record);
+  std::printf("  record     %s\n", record.ToString().c_str());
+}
+
+// ---- The port's side. ----
+
+// What the port does with a request: checks it and fills in the reply fields.
+EPRBS Serve(const EPRBS& request) {
+  EPRBS reply(kReplyingSide);
+  reply.Copy(request);
+  reply.SetDirection(kReplyingSide);
+  try {
+    request.IsValid(true);
+  } catch (const std::runtime_error& error) {
+    std::printf("  refused    %s\n", error.what());
+    reply.SetReturnCode(EPRBS::kInvalidArgs);
+    return reply;
+  }
+  reply.SetReturnCode(EPRBS::kSuccess);
+  if (request.GetRequestType() == EPRBS::kPRBSGetCountPacketsFromStart) {
+    // Hands back the captured packets the client asked for.
+    std::vector<EPacket> packets;
+    for (unsigned int i = 0; i < request.GetPacketCount(); ++i) {
+      EPacket packet;
+      packet.SetPacketTimestamp(1000000UL + request.GetStart() + i);
+      const unsigned char bytes[] = {0xAA, 0x55, static_cast<unsigned char>(i)};
+      packet.SetPacketData(EBlob(bytes, sizeof bytes));
+      packets.push_back(packet);
+    }
+    reply.SetPackets(packets);
+  }
+  return reply;
+}
+
+// One request and its reply; returns the reply as the client decoded it.
+EPRBS Converse(const EPRBS& request, const EClientID& client, unsigned int port) {
+  std::printf("client sends request #%u\n", EMessage::GetNextSequenceNumber());
+  const EBlob requestWire = Send(request, kPRBSRequest, client, port);
+
+  std::printf("port reads the request\n");
+  EMessage received;
+  EPRBS receivedRequest(kReplyingSide);
+  Receive(requestWire, received, receivedRequest);
+  std::printf("port answers\n");
+  const EBlob replyWire =
+      Send(Serve(receivedRequest), kPRBSReply, received.GetClientID(), received.GetPortID());
+
+  std::printf("client reads the reply\n");
+  EMessage replyEnvelope;
+  EPRBS reply(kRequestingSide);
+  Receive(replyWire, replyEnvelope, reply);
+  std::printf("\n");
+  return reply;
 }
 
 }  // namespace
@@ -123,31 +143,22 @@ int main() {
   client.SetMinorID(1);
   const unsigned int port = 7;
 
-  // Client: the request goes out.
-  const Record request = MakeRequest();
-  std::printf("client sends request #%u\n", EMessage::GetNextSequenceNumber());
-  PrintRecord(request);
-  const EBlob requestWire = Send(request, kRequestType, client, port);
-  PrintWire("request", requestWire);
+  EPRBS start(kRequestingSide);
+  start.SetRequestType(EPRBS::kPRBSStartCapture);
+  start.SetClientMessageId(1);
+  const EPRBS started = Converse(start, client, port);
 
-  // Receiver: reads the request and answers the client on the same port.
-  std::printf("\nreceiver reads the request\n");
-  EMessage received;
-  const Record receivedRecord = Receive(requestWire, received);
-  const EBlob replyWire =
-      Send(Answer(receivedRecord), kReplyType, received.GetClientID(), received.GetPortID());
-  PrintWire("reply", replyWire);
+  EPRBS fetch(kRequestingSide);
+  fetch.SetRequestType(EPRBS::kPRBSGetCountPacketsFromStart);
+  fetch.SetClientMessageId(2);
+  fetch.SetStart(0);
+  fetch.SetPacketCount(2);
+  const EPRBS fetched = Converse(fetch, client, port);
+  std::printf("full reply: %s\n", fetched.ToStringFull().c_str());
 
-  // Client: decodes the reply.
-  std::printf("\nclient reads the reply\n");
-  EMessage reply;
-  const Record replyRecord = Receive(replyWire, reply);
-
-  const bool ok = received.GetMessageType() == kRequestType &&
-                  SameRecord(receivedRecord, request) && reply.GetMessageType() == kReplyType &&
-                  reply.GetClientID().GetMajorID() == client.GetMajorID() &&
-                  reply.GetClientID().GetMinorID() == client.GetMinorID() &&
-                  reply.GetPortID() == port && SameRecord(replyRecord, Answer(request));
-  std::printf("\n%s\n", ok ? "exchange ok" : "exchange FAILED");
+  const bool ok = started.GetReturnCode() == EPRBS::kSuccess &&
+                  started.GetRequestType() == EPRBS::kPRBSStartCapture &&
+                  fetched.GetReturnCode() == EPRBS::kSuccess && fetched.GetPackets().size() == 2;
+  std::printf("%s\n", ok ? "exchange ok" : "exchange FAILED");
   return ok ? 0 : 1;
 }
