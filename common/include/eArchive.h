@@ -15,6 +15,16 @@
 
 enum eArchiveMode { eModeNone = 0, eModeStoring = 1, eModeLoading = 2 };
 
+// Where a reader reports a signature that it does not accept: the file, line and operation
+// texts of its serialisation error (see EArchive::SerializeError).
+struct ESerializeErrorSite {
+  const char* file;
+  int line;
+  const char* function;
+
+  [[noreturn]] void Raise() const;
+};
+
 class EArchive {
  public:
   // Called by SerializeError in place of the default report; see SetSerializeErrorHandler.
@@ -126,6 +136,8 @@ class EArchive {
   int m_Mode = eModeNone;
   EBlob m_Buffer;
 };
+
+inline void ESerializeErrorSite::Raise() const { EArchive::SerializeError(file, line, function); }
 
 inline unsigned char* EArchive::Reserve(unsigned int length) {
   const unsigned int position = m_WritePosition;

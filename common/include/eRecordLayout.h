@@ -10,15 +10,6 @@
 
 #include "eArchive.h"
 
-// Where a reader reports a signature that it does not accept.
-struct ESerializeErrorSite {
-  const char* file;
-  int line;
-  const char* function;
-
-  [[noreturn]] void Raise() const { EArchive::SerializeError(file, line, function); }
-};
-
 // One accepted signature (or version number) and how many leading fields of the current layout
 // the layout it names lacks.
 struct ELayoutVersion {

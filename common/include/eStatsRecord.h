@@ -74,12 +74,8 @@ struct Layout {
   Run runs[kMaxRuns];
 };
 
-// Where a reader that meets a foreign signature says it stopped (see EArchive::SerializeError).
-struct ErrorSite {
-  const char* file;
-  int line;
-  const char* function;
-};
+// Where a reader that meets a foreign signature says it stopped.
+using ErrorSite = ESerializeErrorSite;
 
 // How the signature is written: as a signed int, or as an unsigned int for the one signature
 // above 2^31 whose text must never be negative.
@@ -161,7 +157,7 @@ template <typename FieldSet>
 void Read(EArchive& archive, FieldSet& fields, const ArchiveForm& form) {
   const Layout* const layout = form.Find(archive.ReadUnsignedInt());
   if (layout == nullptr) {
-    EArchive::SerializeError(form.Error().file, form.Error().line, form.Error().function);
+    form.Error().Raise();
   }
   ForEachField(fields, *layout, [&archive](auto& value) { archive >> value; });
 }
