@@ -439,3 +439,63 @@ TEST(EArchive, ArbitraryBytesNeverReadOutOfBounds) {
 }
 
 }  // namespace
+
+namespace {
+
+// Every number reader gives what the tokeniser's text accumulates to, and leaves the read
+// position where the tokeniser leaves it, whatever the bytes.
+TEST(EArchive, NumberReadersAgreeWithTheTokeniserText) {
+  std::mt19937_64 generator(4242);
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes(generator() % 48, '\0');
+    for (char& c : bytes)
+      c = "0123456789012345678-- x\n"[generator() % 24];
+    if (generator() % 4 == 0) bytes.append(std::string(generator() % 40, '7'));
+    EArchive byText = LoadingArchive(bytes);
+    EArchive byNumber = LoadingArchive(bytes);
+    EArchive bySigned = LoadingArchive(bytes);
+    for (int step = 0; step < 12; ++step) {
+      char text[EArchive::kNumberTextCapacity];
+      const unsigned int length = byText.BufferNumberText(text, sizeof text);
+      unsigned int expected = 0;
+      for (unsigned int i = 0; i < length; ++i) {
+        expected = expected * 10 + static_cast<unsigned int>(text[i] - '0');
+      }
+      const bool negative = length > 0 && text[0] == '-';
+      unsigned int magnitude = 0;
+      for (unsigned int i = negative ? 1 : 0; i < length; ++i) {
+        magnitude = magnitude * 10 + static_cast<unsigned int>(text[i] - '0');
+      }
+      ASSERT_EQ(byNumber.ReadUnsignedInt(), expected) << bytes;
+      ASSERT_EQ(bySigned.ReadSignedInt(), static_cast<int>(negative ? 0u - magnitude : magnitude));
+      ASSERT_EQ(byNumber.GetReadPosition(), byText.GetReadPosition()) << bytes;
+      ASSERT_EQ(bySigned.GetReadPosition(), byText.GetReadPosition()) << bytes;
+    }
+  }
+}
+
+}  // namespace
+
+namespace {
+
+TEST(EArchive, DigitsBeyondTheSizeAreNotPartOfTheToken) {
+  EArchive archive = StoringArchive();
+  archive.SerializeRawStringOut("12345678901234567890123456789");
+  archive.SetFromEBlob(EBlob("42", 2), false);  // the old digits stay in the allocation
+  ASSERT_GE(archive.GetAsEBlob().GetCapacity(), 30u);
+  EXPECT_EQ(archive.ReadUnsignedInt(), 42u);
+  EXPECT_EQ(archive.GetReadPosition(), 3u);
+}
+
+TEST(EArchive, LongAndSignedTokensInsideALargeBuffer) {
+  const std::string padding(40, ' ');
+  EArchive archive = LoadingArchive("123456789012345 1234567890123456 99-1 4294967295 7" + padding);
+  EXPECT_EQ(archive.ReadUnsignedInt(), static_cast<unsigned int>(123456789012345ULL));
+  EXPECT_EQ(archive.ReadUnsignedInt(), static_cast<unsigned int>(1234567890123456ULL));
+  EXPECT_EQ(archive.ReadUnsignedInt(), 9871u);  // "99-1": 99 * 100 - 3 * 10 + 1
+  EXPECT_EQ(archive.ReadUnsignedInt(), 4294967295u);
+  EXPECT_EQ(archive.ReadUnsignedInt(), 7u);
+  EXPECT_EQ(archive.GetReadPosition(), 51u);
+}
+
+}  // namespace

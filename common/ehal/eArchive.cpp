@@ -216,7 +216,7 @@ unsigned int EArchive::BufferNumberText(char* text, unsigned int capacity) {
   return count;
 }
 
-unsigned int EArchive::ReadUnsignedInt() {
+unsigned int EArchive::ReadUnsignedIntSlow() {
   unsigned int value = 0;
   ScanNumber(kNumberTextCapacity,
              [&value](unsigned char c, unsigned int) { value = AddDigit(value, c); });
