@@ -128,7 +128,7 @@ void EBlob::SetData(const void* first, unsigned int firstLength, const void* sec
   m_Size = static_cast<unsigned int>(total);
 }
 
-bool EBlob::Append(const EBlob& other) {
+bool EBlob::AppendGrowing(const EBlob& other) {
   const unsigned int otherSize = other.m_Size;
   const std::uint64_t total = std::uint64_t{m_Size} + otherSize;
   if (total > UINT32_MAX) return false;

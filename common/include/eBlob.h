@@ -3,6 +3,7 @@
 // does big-endian arithmetic on its contents and has hex-string, hex-dump and archive forms.
 #pragma once
 
+#include <cstring>
 #include <string>
 
 class EArchive;
@@ -43,7 +44,13 @@ class EBlob {
   void SetData(const void* first, unsigned int firstLength, const void* second,
                unsigned int secondLength);
   // Appends the other's valid bytes, growing to the exact size needed; false if that fails.
-  bool Append(const EBlob& other);
+  bool Append(const EBlob& other) {
+    const unsigned int room = Room();
+    if (m_Size > room || other.m_Size > room - m_Size) return AppendGrowing(other);
+    if (other.m_Size > 0) std::memmove(m_Data + m_Size, other.m_Data, other.m_Size);
+    m_Size += other.m_Size;
+    return true;
+  }
   bool operator+=(const EBlob& other) { return Append(other); }
   // Sets `count` bytes from `offset`, clipped to the capacity (never allocates); raises the
   // size to cover them and returns the end index of what was set.
@@ -100,6 +107,9 @@ class EBlob {
 
  private:
   friend class EArchive;
+
+  // Append when the allocation must first grow to the exact size needed.
+  bool AppendGrowing(const EBlob& other);
 
   // Bytes actually usable: the capacity, or 0 when there is no allocation.
   unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }
