@@ -34,6 +34,8 @@ if(PKG_CONFIG)
   separate_arguments(extra UNIX_COMMAND "${CXX_FLAGS}")
   run(${CXX_COMPILER} -std=c++17 ${extra} ${CONSUMER_SOURCE_DIR}/main.cpp ${flags}
       -o ${WORK_DIR}/consumer-pc)
-  run(${WORK_DIR}/consumer-pc)
+  # A shared library is found through the loader path, as pkg-config users deploy it.
+  file(GLOB lib_dirs ${prefix}/lib*)
+  run(${CMAKE_COMMAND} -E env "LD_LIBRARY_PATH=${lib_dirs}" ${WORK_DIR}/consumer-pc)
 endif()
 message(STATUS "consumer project built and ran against the installed package")
