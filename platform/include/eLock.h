@@ -18,8 +18,8 @@ class ELock {
   ELock& operator=(const ELock&) = delete;
 
   // Blocks until the lock is held by the calling thread. Not recursive.
-  void Lock(eLockDebugData debug = eLockDebugData()) const volatile;
-  void Unlock(eLockDebugData debug = eLockDebugData()) const volatile;
+  void Lock(eLockDebugData = eLockDebugData()) const volatile { Mutex().lock(); }
+  void Unlock(eLockDebugData = eLockDebugData()) const volatile { Mutex().unlock(); }
 
  private:
   std::mutex& Mutex() const volatile { return const_cast<std::mutex&>(m_Mutex); }
