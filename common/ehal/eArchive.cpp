@@ -135,12 +135,17 @@ void EArchive::Append(unsigned int length, const unsigned char* bytes) {
   if (length > 0) std::memcpy(out, bytes, length);
 }
 
-EArchive& EArchive::WriteUnsignedInt(unsigned int value) {
-  const unsigned int digits = DigitCount(std::uint32_t{value});
+template <typename Unsigned>
+EArchive& EArchive::WriteDecimal(Unsigned value) {
+  const unsigned int digits = DigitCount(value);
   unsigned char* const out = Reserve(digits + 1);
   FormatDigitsBackwards(value, out + digits);
   out[digits] = ' ';
   return *this;
+}
+
+EArchive& EArchive::WriteUnsignedInt(unsigned int value) {
+  return WriteDecimal(std::uint32_t{value});
 }
 
 EArchive& EArchive::WriteSignedInt(int value) {
@@ -155,11 +160,7 @@ EArchive& EArchive::WriteSignedInt(int value) {
 }
 
 EArchive& EArchive::WriteUnsigned64Int(unsigned long value) {
-  const unsigned int digits = DigitCount(std::uint64_t{value});
-  unsigned char* const out = Reserve(digits + 1);
-  FormatDigitsBackwards(value, out + digits);
-  out[digits] = ' ';
-  return *this;
+  return WriteDecimal(std::uint64_t{value});
 }
 
 EArchive& EArchive::operator<<(const std::string& value) {

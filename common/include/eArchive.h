@@ -130,6 +130,9 @@ class EArchive {
   // Makes room for `length` bytes at the write position (growing by doubling) and moves the
   // write position past them; returns where they go.
   unsigned char* Reserve(unsigned int length);
+  // Writes the decimal digits of an unsigned 32- or 64-bit value and one blank.
+  template <typename Unsigned>
+  EArchive& WriteDecimal(Unsigned value);
   // ReadUnsignedInt for every token that its inline fast path does not take.
   unsigned int ReadUnsignedIntSlow();
   unsigned char* ReserveSlow(unsigned int position, unsigned int length);
