@@ -580,6 +580,20 @@ TEST(EIPAddress, WrongSignatureIsFatal) {
       "x86_64/common/ehal/eIPAddress", 522, "EIPAddress::SerializeIn");
 }
 
+TEST(EIPAddress, ReaderSetsTheTypeBeforeItChecksWhatFollows) {
+  ScopedThrowingSerializeErrors throwing;
+  // The type falls back to IPv4 as soon as the signature is read, even a refused one.
+  EIPAddress refused = V6({0x1111, 0x2222});
+  EXPECT_THROW(ReadFrom("403771667 18 287454021 16 ", refused), SerializeErrorThrown);
+  EXPECT_EQ(refused.GetType(), unsigned{eIPv4Address});
+  EXPECT_EQ(All16(refused), All16(V6({0x1111, 0x2222})));
+  // The type of the current layout is taken before the address blob is read.
+  EIPAddress typed = V4(10, 0, 0, 1);
+  EXPECT_THROW(ReadFrom("403771666 18 1 4 abcd", typed), SerializeErrorThrown);
+  EXPECT_EQ(typed.GetType(), unsigned{eIPv6Address});
+  EXPECT_EQ(All16(typed), All16(V4(10, 0, 0, 1)));
+}
+
 TEST(EIPAddress, ArbitraryBytesNeverCrash) {
   ScopedThrowingSerializeErrors throwing;
   std::mt19937 random(13);

@@ -42,15 +42,16 @@ void EIPAddress::SerializeOut(EArchive& archive) const {
 
 void EIPAddress::SerializeIn(EArchive& archive) {
   const unsigned int signature = archive.ReadUnsignedInt();
-  unsigned int type = eIPv4Address;
+  // The type is set before anything else is checked, so a refused record still leaves it.
+  m_Type = eIPv4Address;
   switch (signature) {
     case kSignature:
-      type = archive.ReadUnsignedInt();
+      m_Type = archive.ReadUnsignedInt();
       [[fallthrough]];
     case kSignatureIPv4Only: {
       EBlob bytes;
       archive >> bytes;
-      SetAddress(bytes, type);
+      SetAddress(bytes, m_Type);
       return;
     }
     default:
