@@ -13,6 +13,7 @@
 #include "eConfigEvent.h"
 #include "eProtocolName.h"
 #include "eTableName.h"
+#include "virtual_slot.h"
 
 namespace {
 
@@ -200,6 +201,16 @@ ConfigEvent Event() {
   event.SetEditSubId({7, 8});
   event.SetId(EMultiComponentId(std::vector<unsigned int>{1, 2}, {3}));
   return event;
+}
+
+TEST(ConfigEvent, VirtualOperationsInSlotOrder) {
+#if EHAL_HAS_VIRTUAL_SLOT
+  EXPECT_EQ(VirtualSlot(&ConfigEvent::Empty), 2);  // after the two destructor entries
+  EXPECT_EQ(VirtualSlot(&ConfigEvent::Clone), 3);
+  EXPECT_EQ(VirtualSlot(&ConfigEvent::Copy), 4);
+#else
+  GTEST_SKIP() << "table layout not readable on this ABI";
+#endif
 }
 
 TEST(ConfigEvent, DefaultsAndAccessors) {
