@@ -1,66 +1,31 @@
 #include "eOutgoingGlobalMessage.h"
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x66220023;
-constexpr ELayoutVersion kVersions[] = {{kSignature, 0}, {0x66220022, 1}};
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eOutgoingGlobalMessage", 104,
-                                            "eHal::EOutgoingGlobalMessage::SerializeIn"};
-}  // namespace
+using namespace detail;
 
-EOutgoingGlobalMessage& EOutgoingGlobalMessage::operator=(const EOutgoingGlobalMessage& other) {
-  if (this != &other) Copy(other);
-  return *this;
-}
-
-void EOutgoingGlobalMessage::SetMessage(eMessageType type, const EBlob& payload) {
-  SetMessageType(type);
-  SetMessage(payload);
-}
-
-void EOutgoingGlobalMessage::Copy(const EOutgoingGlobalMessage& other) {
-  m_MessageType = other.m_MessageType;
-  m_Message = other.m_Message;
-  m_ObjectType = other.m_ObjectType;
-}
+struct EOutgoingGlobalMessage::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("ObjectType", &EOutgoingGlobalMessage::m_ObjectType),
+                      Field("MessageType", &EOutgoingGlobalMessage::m_MessageType),
+                      Field("Message", &EOutgoingGlobalMessage::m_Message));
+  static constexpr Layout kLayouts[] = {{0x66220023}, {0x66220022, Lacking(1)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eOutgoingGlobalMessage", 104,
+                                                 "eHal::EOutgoingGlobalMessage::SerializeIn"};
+};
 
 void EOutgoingGlobalMessage::Empty() {
-  m_MessageType = eMessageType{};
-  m_Message.Empty();
+  EmptyEnvelope();
   m_ObjectType = kDefaultObjectType;
 }
 
-template <typename Self, typename Visit>
-void EOutgoingGlobalMessage::Fields(Self& self, Visit& field) {
-  field.template Field<unsigned int>(self.m_ObjectType);
-  field.template Field<unsigned int>(self.m_MessageType);
-  field.template Field<EBlob>(self.m_Message);
-}
-
-void EOutgoingGlobalMessage::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
-}
-
 void EOutgoingGlobalMessage::SerializeIn(EArchive& archive) {
-  // An older sender's object type is the default one (unlike EGlobalMessage, which uses 0).
-  if (ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); }) >
-      0) {
-    m_ObjectType = kDefaultObjectType;
-  }
-}
-
-EArchive& operator<<(EArchive& archive, const EOutgoingGlobalMessage& message) {
-  message.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EOutgoingGlobalMessage& message) {
-  message.SerializeIn(archive);
-  return archive;
+  // An older sender's object type is the default one (EGlobalMessage uses 0 instead).
+  if (Read<Schema>(archive, *this).lacking > 0) m_ObjectType = kDefaultObjectType;
 }
 
 }  // namespace eHal
+
+template class ERecord<eHal::EOutgoingGlobalMessage>;

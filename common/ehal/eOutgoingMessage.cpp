@@ -1,65 +1,30 @@
 #include "eOutgoingMessage.h"
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x33224457;
-constexpr ELayoutVersion kVersions[] = {{kSignature, 0}, {0x33224456, 1}, {0x33224455, 2}};
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eOutgoingMessage", 111,
-                                            "eHal::EOutgoingMessage::SerializeIn"};
-}  // namespace
+using namespace detail;
 
-EOutgoingMessage& EOutgoingMessage::operator=(const EOutgoingMessage& other) {
-  if (this != &other) Copy(other);
-  return *this;
-}
-
-void EOutgoingMessage::SetMessage(eMessageType type, const EBlob& payload) {
-  SetMessageType(type);
-  SetMessage(payload);
-}
-
-void EOutgoingMessage::Copy(const EOutgoingMessage& other) {
-  m_MessageType = other.m_MessageType;
-  m_Message = other.m_Message;
-  m_ClientID = other.m_ClientID;
-  m_PortId = other.m_PortId;
-}
+// Older layouts lack the port id, then the client id too; those keep their values.
+struct EOutgoingMessage::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("PortId", &EOutgoingMessage::m_PortId),
+                      Field("ClientID", &EOutgoingMessage::m_ClientID),
+                      Field("MessageType", &EOutgoingMessage::m_MessageType),
+                      Field("Message", &EOutgoingMessage::m_Message));
+  static constexpr Layout kLayouts[] = {
+      {0x33224457}, {0x33224456, Lacking(1)}, {0x33224455, Lacking(2)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eOutgoingMessage", 111,
+                                                 "eHal::EOutgoingMessage::SerializeIn"};
+};
 
 void EOutgoingMessage::Empty() {
-  m_MessageType = eMessageType{};
-  m_Message.Empty();
+  EmptyEnvelope();
   m_ClientID.Empty();
   m_PortId = 0;
 }
 
-template <typename Self, typename Visit>
-void EOutgoingMessage::Fields(Self& self, Visit& field) {
-  field.template Field<unsigned int>(self.m_PortId);
-  field.template Field<EClientID>(self.m_ClientID);
-  field.template Field<unsigned int>(self.m_MessageType);
-  field.template Field<EBlob>(self.m_Message);
-}
-
-void EOutgoingMessage::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
-}
-
-void EOutgoingMessage::SerializeIn(EArchive& archive) {
-  ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); });
-}
-
-EArchive& operator<<(EArchive& archive, const EOutgoingMessage& message) {
-  message.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EOutgoingMessage& message) {
-  message.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EOutgoingMessage>;

@@ -1,71 +1,37 @@
 #include "eOutgoingProtocolMessage.h"
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
+using namespace detail;
+
+struct EOutgoingProtocolMessage::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("ObjectType", &EOutgoingProtocolMessage::m_ObjectType),
+                      Field("MessageType", &EOutgoingProtocolMessage::m_MessageType),
+                      Field("Message", &EOutgoingProtocolMessage::m_Message),
+                      Field("ProtocolName", &EOutgoingProtocolMessage::m_ProtocolName));
+  static constexpr Layout kLayouts[] = {{0x11122003}, {0x11122002, Lacking(1)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eOutgoingProtocolMessage", 116,
+                                                 "eHal::EOutgoingProtocolMessage::SerializeIn"};
+};
+
 namespace {
-constexpr unsigned int kSignature = 0x11122003;
-constexpr ELayoutVersion kVersions[] = {{kSignature, 0}, {0x11122002, 1}};
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eOutgoingProtocolMessage", 116,
-                                            "eHal::EOutgoingProtocolMessage::SerializeIn"};
 // The object type given to a message from a sender of the older layout.
 constexpr unsigned int kOldSenderObjectType = 0;
 }  // namespace
 
-EOutgoingProtocolMessage& EOutgoingProtocolMessage::operator=(
-    const EOutgoingProtocolMessage& other) {
-  if (this != &other) Copy(other);
-  return *this;
-}
-
-void EOutgoingProtocolMessage::SetMessage(eMessageType type, const EBlob& payload) {
-  SetMessageType(type);
-  SetMessage(payload);
-}
-
-void EOutgoingProtocolMessage::Copy(const EOutgoingProtocolMessage& other) {
-  m_MessageType = other.m_MessageType;
-  m_Message = other.m_Message;
-  m_ObjectType = other.m_ObjectType;
-  m_ProtocolName = other.m_ProtocolName;
-}
-
 void EOutgoingProtocolMessage::Empty() {
-  m_MessageType = eMessageType{};
-  m_Message.Empty();
+  EmptyEnvelope();
   m_ProtocolName.Empty();
   m_ObjectType = kDefaultObjectType;
 }
 
-template <typename Self, typename Visit>
-void EOutgoingProtocolMessage::Fields(Self& self, Visit& field) {
-  field.template Field<unsigned int>(self.m_ObjectType);
-  field.template Field<unsigned int>(self.m_MessageType);
-  field.template Field<EBlob>(self.m_Message);
-  field.template Field<EProtocolName>(self.m_ProtocolName);
-}
-
-void EOutgoingProtocolMessage::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
-}
-
 void EOutgoingProtocolMessage::SerializeIn(EArchive& archive) {
-  if (ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); }) >
-      0) {
-    m_ObjectType = kOldSenderObjectType;
-  }
-}
-
-EArchive& operator<<(EArchive& archive, const EOutgoingProtocolMessage& message) {
-  message.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EOutgoingProtocolMessage& message) {
-  message.SerializeIn(archive);
-  return archive;
+  if (Read<Schema>(archive, *this).lacking > 0) m_ObjectType = kOldSenderObjectType;
 }
 
 }  // namespace eHal
+
+template class ERecord<eHal::EOutgoingProtocolMessage>;

@@ -2,18 +2,32 @@
 
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 #include "eRecordText.h"
 
 namespace eHal {
 
-namespace {
-// Each newer layout put one id in front of the older one.
-constexpr unsigned int kSignature = 0x11334358;                 // client message id, extra id, ...
-constexpr unsigned int kSignatureWithoutClientId = 0x11334357;  // extra id, ...
-constexpr unsigned int kSignatureWithoutIds = 0x11334356;
+using namespace detail;
 
+// Each newer layout put one id in front of the older one.
+struct EPRBS::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("ClientMessageId", &EPRBS::m_ClientMessageId), Field("ExtraId", &EPRBS::m_ExtraId),
+      Field("RequestType", &EPRBS::m_RequestType), Field("ReturnCode", &EPRBS::m_ReturnCode),
+      Field("BufferSize", &EPRBS::m_BufferSize), Field("PacketCount", &EPRBS::m_PacketCount),
+      Field("Start", &EPRBS::m_Start), Field("Packets", &EPRBS::m_Packets));
+  static constexpr Layout kLayouts[] = {
+      {0x11334358},
+      {0x11334357, Lacking(1)},  // no client message id
+      {0x11334356, Lacking(2)},  // no client message id, no extra id
+  };
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePRBS", 160,
+                                                 "eHal::EPRBS::SerializeIn"};
+};
+
+namespace {
 const char* const kRequestTypeTexts[] = {"Initial",
                                          "kPRBSConfigure",
                                          "kPRBSUnConfigure",
@@ -32,20 +46,6 @@ EPRBS::EPRBS(bool direction) {
   m_Direction = direction;
 }
 
-EPRBS::EPRBS(const EPRBS& other) {
-  Empty();
-  Copy(other);
-}
-
-EPRBS& EPRBS::operator=(const EPRBS& other) {
-  Copy(other);
-  return *this;
-}
-
-EPRBS::~EPRBS() {
-  Empty();
-}
-
 void EPRBS::Empty() {
   m_RequestType = kInitial;
   m_ReturnCode = kSuccess;
@@ -59,19 +59,16 @@ void EPRBS::Empty() {
 }
 
 void EPRBS::Copy(const EPRBS& other) {
-  if (this == &other) return;
-  Fields(*this) = Fields(other);
+  if (this != &other) *this = other;
 }
 
 void EPRBS::Swap(EPRBS& other) {
   // The packet lists exchange their storage; no packet is copied.
-  auto mine = Fields(*this);
-  auto theirs = Fields(other);
-  mine.swap(theirs);
+  std::swap(*this, other);
 }
 
 bool EPRBS::IsEqual(const EPRBS& other) const {
-  return Fields(*this) == Fields(other);
+  return SameFields<Schema>(*this, other) && m_Direction == other.m_Direction;
 }
 
 bool EPRBS::IsValid(bool throwIfInvalid) const {
@@ -148,44 +145,6 @@ std::string EPRBS::ToStringFull() const {
   return text.str();
 }
 
-void EPRBS::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_ClientMessageId << m_ExtraId;
-  archive.WriteUnsignedInt(m_RequestType);
-  archive.WriteUnsignedInt(m_ReturnCode);
-  archive << m_BufferSize << m_PacketCount << m_Start;
-  ::SerializeOut(archive, m_Packets);
-}
-
-void EPRBS::SerializeIn(EArchive& archive) {
-  switch (archive.ReadUnsignedInt()) {
-    case kSignature:
-      archive >> m_ClientMessageId;
-      [[fallthrough]];
-    case kSignatureWithoutClientId:
-      archive >> m_ExtraId;
-      [[fallthrough]];
-    case kSignatureWithoutIds:
-      break;
-    default:
-      EArchive::SerializeError("x86_64/common/ehal/ePRBS", 160, "eHal::EPRBS::SerializeIn");
-  }
-  const unsigned int requestType = archive.ReadUnsignedInt();
-  const unsigned int returnCode = archive.ReadUnsignedInt();
-  m_RequestType = static_cast<eRequestType>(requestType);
-  m_ReturnCode = static_cast<eReturnCode>(returnCode);
-  archive >> m_BufferSize >> m_PacketCount >> m_Start;
-  ::SerializeIn(archive, m_Packets);
-}
-
-EArchive& operator<<(EArchive& archive, const EPRBS& prbs) {
-  prbs.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EPRBS& prbs) {
-  prbs.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EPRBS>;

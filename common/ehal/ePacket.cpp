@@ -2,23 +2,24 @@
 
 #include <utility>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x112344;
-}  // namespace
+using namespace detail;
+
+struct EPacket::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("PacketTimestamp", &EPacket::m_PacketTimestamp),
+      Field("PacketData", &EPacket::m_PacketData));
+  static constexpr Layout kLayouts[] = {{0x112344}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePacket", 108,
+                                                 "eHal::EPacket::SerializeIn"};
+};
 
 void EPacket::Empty() {
   m_PacketTimestamp = 0;
   m_PacketData.Empty();
-}
-
-void EPacket::Copy(const EPacket& other) {
-  if (this == &other) return;
-  m_PacketTimestamp = other.m_PacketTimestamp;
-  m_PacketData = other.m_PacketData;
 }
 
 void EPacket::Swap(EPacket& other) {
@@ -27,29 +28,9 @@ void EPacket::Swap(EPacket& other) {
 }
 
 bool EPacket::operator==(const EPacket& other) const {
-  return m_PacketTimestamp == other.m_PacketTimestamp && m_PacketData == other.m_PacketData;
-}
-
-void EPacket::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_PacketTimestamp << m_PacketData;
-}
-
-void EPacket::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/ePacket", 108, "eHal::EPacket::SerializeIn");
-  }
-  archive >> m_PacketTimestamp >> m_PacketData;
-}
-
-EArchive& operator<<(EArchive& archive, const EPacket& packet) {
-  packet.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EPacket& packet) {
-  packet.SerializeIn(archive);
-  return archive;
+  return SameFields<Schema>(*this, other);
 }
 
 }  // namespace eHal
+
+template class ERecord<eHal::EPacket>;

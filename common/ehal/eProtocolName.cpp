@@ -2,17 +2,19 @@
 
 #include <cstring>
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x42220022;
-constexpr ELayoutVersion kVersions[] = {{kSignature, 0}};
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eProtocolName", 109,
-                                            "eHal::EProtocolName::SerializeIn"};
-}  // namespace
+using namespace detail;
+
+struct EProtocolName::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("ProtocolName", &EProtocolName::m_ProtocolName));
+  static constexpr Layout kLayouts[] = {{0x42220022}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eProtocolName", 109,
+                                                 "eHal::EProtocolName::SerializeIn"};
+};
 
 const std::string EProtocolNames::EPORT = "EPORT";
 const std::string EProtocolNames::BGP = "BGP";
@@ -35,11 +37,6 @@ EProtocolName::EProtocolName(const std::string& name) {
   SetProtocolName(name);
 }
 
-EProtocolName& EProtocolName::operator=(const EProtocolName& other) {
-  if (this != &other) Copy(other);
-  return *this;
-}
-
 bool EProtocolName::operator==(const std::string& name) const {
   return std::strcmp(m_ProtocolName.c_str(), name.c_str()) == 0;
 }
@@ -53,27 +50,6 @@ const std::string& EProtocolName::GetUnknownProtocolName() {
   return sUnknownProtocol;
 }
 
-template <typename Self, typename Visit>
-void EProtocolName::Fields(Self& self, Visit& field) {
-  field.template Field<std::string>(self.m_ProtocolName);
-}
-
-void EProtocolName::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
-}
-
-void EProtocolName::SerializeIn(EArchive& archive) {
-  ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); });
-}
-
-EArchive& operator<<(EArchive& archive, const EProtocolName& name) {
-  name.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EProtocolName& name) {
-  name.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EProtocolName>;

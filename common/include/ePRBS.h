@@ -4,16 +4,16 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "ePacket.h"
-
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EPRBS {
+// Archived by ERecord: the newest layout and the two older ones without the leading ids (ids a
+// layout lacks keep their values); the direction never travels.
+class EPRBS : public ERecord<EPRBS> {
  public:
   enum eRequestType : unsigned int {
     kInitial = 0,  // the state of an emptied record, not a command
@@ -36,9 +36,6 @@ class EPRBS {
 
   // `direction` is true on the requesting side and false on the replying side.
   explicit EPRBS(bool direction);
-  EPRBS(const EPRBS& other);
-  EPRBS& operator=(const EPRBS& other);
-  ~EPRBS();
 
   void SetRequestType(eRequestType type) { m_RequestType = type; }
   eRequestType GetRequestType() const { return m_RequestType; }
@@ -80,20 +77,9 @@ class EPRBS {
   // Every field.
   std::string ToStringFull() const;
 
-  // Writes every field; the direction is never archived.
-  void SerializeOut(EArchive& archive) const;
-  // Reads the current and the two older layouts; ids missing from a layout keep their values.
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in ePRBS.cpp
 
  private:
-  // Every field once; copying, exchanging and comparing go through this list.
-  template <typename Self>
-  static auto Fields(Self& self) {
-    return std::tie(self.m_RequestType, self.m_ReturnCode, self.m_ExtraId, self.m_ClientMessageId,
-                    self.m_BufferSize, self.m_PacketCount, self.m_Start, self.m_Packets,
-                    self.m_Direction);
-  }
-
   eRequestType m_RequestType;
   eReturnCode m_ReturnCode;
   unsigned int m_ExtraId;
@@ -105,7 +91,6 @@ class EPRBS {
   bool m_Direction;
 };
 
-EArchive& operator<<(EArchive& archive, const EPRBS& prbs);
-EArchive& operator>>(EArchive& archive, EPRBS& prbs);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EPRBS>;

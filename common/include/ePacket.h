@@ -3,24 +3,20 @@
 #pragma once
 
 #include "eBlob.h"
-
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EPacket {
+class EPacket : public ERecord<EPacket> {
  public:
   EPacket() { Empty(); }
-  EPacket(const EPacket& other) { Copy(other); }
-  EPacket& operator=(const EPacket& other) {
-    Copy(other);
-    return *this;
-  }
+  EPacket(const EPacket& other) = default;
+  EPacket& operator=(const EPacket& other) = default;
 
   // Timestamp 0, data emptied.
   void Empty();
-  // Copies timestamp and data (no-op on self).
-  void Copy(const EPacket& other);
+  // Copies timestamp and data.
+  void Copy(const EPacket& other) { *this = other; }
   void Swap(EPacket& other);
   // Timestamps equal and data bytes equal.
   bool operator==(const EPacket& other) const;
@@ -32,15 +28,13 @@ class EPacket {
   // A copy of the packet's bytes.
   EBlob GetPacketData() const { return m_PacketData; }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in ePacket.cpp
 
  private:
   unsigned long m_PacketTimestamp = 0;
   EBlob m_PacketData;
 };
 
-EArchive& operator<<(EArchive& archive, const EPacket& packet);
-EArchive& operator>>(EArchive& archive, EPacket& packet);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EPacket>;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
@@ -28,12 +28,10 @@ struct EProtocolNames {
   static const std::string INTERFACE_MANAGER;
 };
 
-class EProtocolName {
+class EProtocolName : public ERecord<EProtocolName> {
  public:
   EProtocolName() { Empty(); }
   EProtocolName(const std::string& name);
-  EProtocolName(const EProtocolName& other) { Copy(other); }
-  EProtocolName& operator=(const EProtocolName& other);
 
   const std::string& GetProtocolName() const { return m_ProtocolName; }
   void SetProtocolName(const std::string& name) { m_ProtocolName = name; }
@@ -41,25 +39,19 @@ class EProtocolName {
   // Compares as zero-terminated texts: whatever follows an embedded zero byte is ignored.
   bool operator==(const std::string& name) const;
 
-  void Copy(const EProtocolName& other) { m_ProtocolName = other.m_ProtocolName; }
+  void Copy(const EProtocolName& other) { *this = other; }
   // Sets the name to GetUnknownProtocolName().
   void Empty();
 
   // "UnknownProtocol"; safe to call from several threads at once.
   static const std::string& GetUnknownProtocolName();
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eProtocolName.cpp
 
  private:
-  // Lists the fields in archive order, for writing and reading alike.
-  template <typename Self, typename Visit>
-  static void Fields(Self& self, Visit& field);
-
   std::string m_ProtocolName;
 };
 
-EArchive& operator<<(EArchive& archive, const EProtocolName& name);
-EArchive& operator>>(EArchive& archive, EProtocolName& name);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EProtocolName>;

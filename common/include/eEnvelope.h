@@ -1,0 +1,39 @@
+// EEnvelope: what the message envelopes share, a message type whose values the two sides agree
+// on and an opaque payload, the archived bytes of the record the message is about. Each envelope
+// adds its routing fields and states its archive form in its own schema.
+#pragma once
+
+#include "eBlob.h"
+#include "eRecord.h"
+
+template <typename Derived>
+class EEnvelope : public ERecord<Derived> {
+ public:
+  // What the payload is; a distinct type per envelope, which names the values it interprets.
+  enum eMessageType : unsigned int {};
+
+  void SetMessageType(eMessageType type) { m_MessageType = type; }
+  eMessageType GetMessageType() const { return m_MessageType; }
+  // Replaces the payload.
+  void SetMessage(const EBlob& payload) { m_Message = payload; }
+  void SetMessage(eMessageType type, const EBlob& payload) {
+    SetMessageType(type);
+    SetMessage(payload);
+  }
+  // A copy of the payload.
+  EBlob GetMessage() const { return m_Message; }
+
+  // Copies every field.
+  void Copy(const Derived& other) { static_cast<Derived&>(*this) = other; }
+
+ protected:
+  EEnvelope() = default;
+  // Type 0 and an emptied payload (its allocation kept).
+  void EmptyEnvelope() {
+    m_MessageType = eMessageType{};
+    m_Message.Empty();
+  }
+
+  eMessageType m_MessageType{};
+  EBlob m_Message;
+};

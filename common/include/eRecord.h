@@ -1,0 +1,77 @@
+// ERecord: the base of every archived record. A record states its archive form once, in a nested
+// `Schema` defined in its source file (its fields in archive order, the layouts it reads, newest
+// first, and the report for a signature it does not accept); ERecord turns that one statement into
+// the writer, the reader of every layout and a describing walk, and supplies the archive operators.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+class EArchive;
+class EBlob;
+
+// How a number travels in the archive. Every number is decimal text and one blank; the form
+// says how it is written and how many bits a reader keeps.
+enum class EWire : unsigned char {
+  kUnsigned8,            // unsigned text; the reader keeps the low 8 bits
+  kUnsigned16,           // unsigned text; the reader keeps the low 16 bits
+  kUnsigned32,           // unsigned text
+  kSigned32,             // signed text, read back signed
+  kSignedOutUnsignedIn,  // written as signed text, read back as unsigned 32-bit
+  kUnsigned64,           // unsigned 64-bit text
+  kBool,                 // 1 or 0; the reader takes any non-zero 32-bit value as true
+  kNone,                 // nothing is written (the count of a fixed-size list)
+};
+
+// Receives the description of a record: its fields in archive order with their names and values.
+// Nested records and lists arrive between a Begin and the matching End call; their items have
+// empty names. A record with a signature describes it first, as the number "Signature".
+class ERecordVisitor {
+ public:
+  virtual ~ERecordVisitor() = default;
+
+  // A number in the given wire form. For the signed forms `value` is the number sign-extended to
+  // 64 bits (static_cast<std::int64_t>(value) gives it back).
+  virtual void Number(const char* name, EWire wire, std::uint64_t value) = 0;
+  // A string: its length as unsigned 64-bit text, then its raw bytes.
+  virtual void Text(const char* name, const std::string& value) = 0;
+  // A byte blob in its own archive form (signature, length, raw bytes).
+  virtual void Bytes(const char* name, const EBlob& value) = 0;
+  virtual void BeginRecord(const char* name) = 0;
+  virtual void EndRecord() = 0;
+  // A list of `count` items; `countWire` is how the count is written (kNone: not at all).
+  virtual void BeginList(const char* name, EWire countWire, std::size_t count) = 0;
+  virtual void EndList() = 0;
+};
+
+// CRTP base: `Derived` declares `struct Schema;` (public) and defines it in its source file,
+// which also instantiates the base explicitly (`template class ERecord<Derived>;`), since the
+// operations below are compiled there. A record whose reader needs a step that a field list
+// cannot say declares its own SerializeIn (or SerializeOut), which hides the one given here.
+template <typename Derived>
+class ERecord {
+ public:
+  // Writes the signature of the newest layout, then every field in archive order.
+  void SerializeOut(EArchive& archive) const;
+  // Reads the signature and the fields of the layout it names; fields that layout lacks keep
+  // their values. A signature the record does not accept is the serialisation error of its
+  // schema (see EArchive::SerializeError).
+  void SerializeIn(EArchive& archive);
+  // Hands the record to `visitor`: BeginRecord(name), the signature, the fields in archive
+  // order, EndRecord().
+  void Describe(ERecordVisitor& visitor, const char* name = "") const;
+
+  friend EArchive& operator<<(EArchive& archive, const Derived& record) {
+    record.SerializeOut(archive);
+    return archive;
+  }
+  friend EArchive& operator>>(EArchive& archive, Derived& record) {
+    record.SerializeIn(archive);
+    return archive;
+  }
+
+ protected:
+  ERecord() = default;
+  ~ERecord() = default;
+};
