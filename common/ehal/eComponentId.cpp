@@ -2,16 +2,18 @@
 
 #include <algorithm>
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
 
-namespace {
-constexpr unsigned int kSignature = 0x18111111;
-constexpr ELayoutVersion kVersions[] = {{kSignature, 0}};
-// The report deliberately names another class's reader; receivers match on this text.
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eComponentId", 235,
-                                            "EBGPAttribute::SerializeIn"};
-}  // namespace
+using namespace eHal::detail;
+
+struct EComponentId::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("Components", &EComponentId::m_Components));
+  static constexpr Layout kLayouts[] = {{0x18111111}};
+  // The report deliberately names another class's reader; receivers match on this text.
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eComponentId", 235,
+                                                 "EBGPAttribute::SerializeIn"};
+};
 
 EComponentId& EComponentId::operator=(const std::vector<unsigned int>& components) {
   m_Components = components;
@@ -62,26 +64,9 @@ std::string EComponentId::ToString() const {
   return text;
 }
 
-template <typename Self, typename Visit>
-void EComponentId::Fields(Self& self, Visit& field) {
-  field.template Field<std::vector<unsigned int>>(self.m_Components);
-}
-
-void EComponentId::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
-}
-
 void EComponentId::SerializeIn(EArchive& archive) {
   m_Components.clear();
-  ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); });
+  Read<Schema>(archive, *this);
 }
 
-EArchive& operator<<(EArchive& archive, const EComponentId& id) {
-  id.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EComponentId& id) {
-  id.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EComponentId>;

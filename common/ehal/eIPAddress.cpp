@@ -3,18 +3,39 @@
 #include <algorithm>
 #include <cstring>
 
-#include "eArchive.h"
 #include "eBlob.h"
 #include "eByteOrder.h"
 #include "eInetAddr.h"
 #include "eInteger16Byte.h"
+#include "eRecordSchema.h"
 #include "eTextDigits.h"
 
-namespace {
-constexpr unsigned int kSignature = 0x18111112;
-// The old layout carries no type: the address is IPv4.
-constexpr unsigned int kSignatureIPv4Only = 0x18111111;
-}  // namespace
+using namespace eHal::detail;
+
+struct EIPAddress::Schema {
+  // The address bytes travel as a blob of 4 or 16 bytes, by the type before them.
+  struct AddressBytes {
+    static void Write(EArchive& archive, const EIPAddress& address) {
+      archive << address.GetAddressAsBlob();
+    }
+    static void Read(EArchive& archive, EIPAddress& address) {
+      EBlob bytes;
+      archive >> bytes;
+      address.SetAddress(bytes, address.m_Type);
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name, const EIPAddress& address) {
+      visitor.Bytes(name, address.GetAddressAsBlob());
+    }
+  };
+
+  static constexpr auto kFields =
+      std::make_tuple(Field("Type", &EIPAddress::m_Type, kWrittenSigned),
+                      Property<EIPAddress>("Address", AddressBytes{}));
+  // The old layout carries no type: the address is IPv4.
+  static constexpr Layout kLayouts[] = {{0x18111112}, {0x18111111, Lacking(1)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddress", 522,
+                                                 "EIPAddress::SerializeIn"};
+};
 
 using ehal_bytes::ReadBigEndian32;
 using ehal_bytes::WriteBigEndian32;
@@ -35,28 +56,14 @@ void EIPAddress::Swap(EIPAddress& other) {
 }
 
 void EIPAddress::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive.WriteSignedInt(static_cast<int>(m_Type));
-  archive << GetAddressAsBlob();
+  Write<Schema>(archive, *this);
 }
 
 void EIPAddress::SerializeIn(EArchive& archive) {
   const unsigned int signature = archive.ReadUnsignedInt();
-  // The type is set before anything else is checked, so a refused record still leaves it.
+  // The type is set before the signature is checked, so a refused record still leaves it.
   m_Type = eIPv4Address;
-  switch (signature) {
-    case kSignature:
-      m_Type = archive.ReadUnsignedInt();
-      [[fallthrough]];
-    case kSignatureIPv4Only: {
-      EBlob bytes;
-      archive >> bytes;
-      SetAddress(bytes, m_Type);
-      return;
-    }
-    default:
-      EArchive::SerializeError("x86_64/common/ehal/eIPAddress", 522, "EIPAddress::SerializeIn");
-  }
+  ReadFields<Schema>(archive, *this, FindLayout<Schema>(signature));
 }
 
 void EIPAddress::SetAddress(const unsigned char* bytes, unsigned int type) {
@@ -282,12 +289,4 @@ eHal::Integer16Byte EIPAddress::GetAsInteger() const {
   return value;
 }
 
-EArchive& operator<<(EArchive& archive, const EIPAddress& address) {
-  address.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EIPAddress& address) {
-  address.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EIPAddress>;

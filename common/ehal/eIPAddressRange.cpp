@@ -1,10 +1,20 @@
 #include "eIPAddressRange.h"
 
-#include "eArchive.h"
 #include "eByteOrder.h"
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
+
+struct EIPAddressRange::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("IPAddress", &EIPAddressRange::m_Address),
+                      Field("RangeCount", &EIPAddressRange::m_RangeCount));
+  static constexpr Layout kLayouts[] = {{0x44444444}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddressRange", 195,
+                                                 "EIPAddressRange::SerializeIn"};
+};
 
 namespace {
-constexpr unsigned int kSignature = 0x44444444;
 
 // The blob's first four bytes as a big-endian number when its allocation holds them, else 0.
 unsigned int FirstWordOf(const EBlob& blob) {
@@ -12,17 +22,6 @@ unsigned int FirstWordOf(const EBlob& blob) {
   return blob.GetAt(bytes, 0, 4) ? ehal_bytes::ReadBigEndian32(bytes) : 0;
 }
 }  // namespace
-
-EIPAddressRange& EIPAddressRange::operator=(const EIPAddressRange& other) {
-  Copy(other);
-  return *this;
-}
-
-void EIPAddressRange::Copy(const EIPAddressRange& other) {
-  if (this == &other) return;
-  m_Address = other.m_Address;
-  m_RangeCount = other.m_RangeCount;
-}
 
 void EIPAddressRange::Empty() {
   m_Address.Empty();
@@ -60,27 +59,4 @@ bool EIPAddressRange::operator<(const EIPAddressRange& other) const {
   return m_RangeCount < other.m_RangeCount;
 }
 
-void EIPAddressRange::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  m_Address.SerializeOut(archive);
-  archive.WriteUnsignedInt(m_RangeCount);
-}
-
-void EIPAddressRange::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eIPAddressRange", 195,
-                             "EIPAddressRange::SerializeIn");
-  }
-  m_Address.SerializeIn(archive);
-  archive >> m_RangeCount;
-}
-
-EArchive& operator<<(EArchive& archive, const EIPAddressRange& range) {
-  range.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EIPAddressRange& range) {
-  range.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EIPAddressRange>;

@@ -3,12 +3,58 @@
 #include <algorithm>
 #include <cstring>
 
-#include "eArchive.h"
 #include "eBlob.h"
 #include "eByteOrder.h"
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
+
+// The address record as EIPAddress writes it, then the mask: a signature of its own and the 4 or
+// 16 mask bytes as a blob.
+struct EIPMaskedAddress::Schema {
+  struct AddressPart {
+    static void Write(EArchive& archive, const EIPMaskedAddress& masked) {
+      masked.EIPAddress::SerializeOut(archive);
+    }
+    static void Read(EArchive& archive, EIPMaskedAddress& masked) {
+      masked.EIPAddress::SerializeIn(archive);
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name,
+                         const EIPMaskedAddress& masked) {
+      masked.EIPAddress::Describe(visitor, name);
+    }
+  };
+
+  struct MaskPart {
+    static constexpr unsigned int kSignature = 0x19111111;
+
+    static void Write(EArchive& archive, const EIPMaskedAddress& masked) {
+      kWrittenSigned.Write(archive, kSignature);
+      archive << masked.GetMaskAsBlob();
+    }
+    static void Read(EArchive& archive, EIPMaskedAddress& masked) {
+      if (archive.ReadUnsignedInt() != kSignature) kError.Raise();
+      EBlob mask;
+      archive >> mask;
+      masked.SetMask(mask, static_cast<int>(masked.GetType()));
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name,
+                         const EIPMaskedAddress& masked) {
+      visitor.BeginRecord(name);
+      kWrittenSigned.Describe(visitor, "Signature", kSignature);
+      visitor.Bytes("Mask", masked.GetMaskAsBlob());
+      visitor.EndRecord();
+    }
+  };
+
+  static constexpr auto kFields =
+      std::make_tuple(Property<EIPMaskedAddress>("Address", AddressPart{}),
+                      Property<EIPMaskedAddress>("Mask", MaskPart{}));
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPMaskedAddress", 211,
+                                                 "EIPMaskedAddress::SerializeIn"};
+};
 
 namespace {
-constexpr unsigned int kMaskSignature = 0x19111111;
 constexpr unsigned char kPartialMaskBytes[8] = {0x00, 0x80, 0xC0, 0xE0, 0xF0, 0xF8, 0xFC, 0xFE};
 
 // The prefix length a fresh mask of this type gets.
@@ -41,20 +87,15 @@ void EIPMaskedAddress::Swap(EIPAddress& other) {
 }
 
 void EIPMaskedAddress::SerializeOut(EArchive& archive) const {
-  EIPAddress::SerializeOut(archive);
-  archive.WriteSignedInt(static_cast<int>(kMaskSignature));
-  archive << GetMaskAsBlob();
+  WriteFields<Schema>(archive, *this);
 }
 
 void EIPMaskedAddress::SerializeIn(EArchive& archive) {
-  EIPAddress::SerializeIn(archive);
-  if (archive.ReadUnsignedInt() != kMaskSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eIPMaskedAddress", 211,
-                             "EIPMaskedAddress::SerializeIn");
-  }
-  EBlob mask;
-  archive >> mask;
-  SetMask(mask, static_cast<int>(GetType()));
+  ReadWithoutSignature<Schema>(archive, *this);
+}
+
+void EIPMaskedAddress::Describe(ERecordVisitor& visitor, const char* name) const {
+  eHal::detail::Describe<Schema>(visitor, name, *this);
 }
 
 bool EIPMaskedAddress::SetMaskPrefixNumber(unsigned int n) {

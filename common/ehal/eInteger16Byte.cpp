@@ -2,15 +2,44 @@
 
 #include <algorithm>
 
-#include "eArchive.h"
 #include "eBlob.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
+using namespace detail;
+
 namespace {
-constexpr unsigned int kVersion = 1;
 constexpr int kBytes = 16;
 }  // namespace
+
+// Version 1, then the sixteen bytes, most significant first, one number each.
+struct Integer16Byte::Schema {
+  struct ByteList {
+    static void Write(EArchive& archive, const Integer16Byte& value) {
+      for (int i = 0; i < kBytes; ++i)
+        kByte.Write(archive, value[i]);
+    }
+    static void Read(EArchive& archive, Integer16Byte& value) {
+      for (int i = 0; i < kBytes; ++i) {
+        unsigned char byte = 0;
+        kByte.Read(archive, byte);
+        value.SetByte(i, byte);
+      }
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name, const Integer16Byte& value) {
+      visitor.BeginList(name, EWire::kNone, kBytes);
+      for (int i = 0; i < kBytes; ++i)
+        kByte.Describe(visitor, "", value[i]);
+      visitor.EndList();
+    }
+  };
+
+  static constexpr auto kFields = std::make_tuple(Property<Integer16Byte>("Bytes", ByteList{}));
+  static constexpr Layout kLayouts[] = {{1}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eInteger16Byte", 782,
+                                                 "eHal::Integer16Byte::SerializeIn"};
+};
 
 Integer16Byte::Integer16Byte(unsigned long low) {
   m_Words[2] = static_cast<unsigned int>(low >> 32);
@@ -106,32 +135,6 @@ bool Integer16Byte::operator==(const Integer16Byte& other) const {
   return std::equal(m_Words, m_Words + 4, other.m_Words);
 }
 
-void Integer16Byte::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kVersion));
-  for (int i = 0; i < kBytes; ++i)
-    archive << (*this)[i];
-}
-
-void Integer16Byte::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kVersion) {
-    EArchive::SerializeError("x86_64/common/ehal/eInteger16Byte", 782,
-                             "eHal::Integer16Byte::SerializeIn");
-  }
-  for (int i = 0; i < kBytes; ++i) {
-    unsigned char byte = 0;
-    archive >> byte;
-    SetByte(i, byte);
-  }
-}
-
-EArchive& operator<<(EArchive& archive, const Integer16Byte& value) {
-  value.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, Integer16Byte& value) {
-  value.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::Integer16Byte>;

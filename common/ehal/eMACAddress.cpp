@@ -2,25 +2,20 @@
 
 #include <algorithm>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 #include "eTextDigits.h"
 
-namespace {
-constexpr unsigned int kSignature = 0x17111111;
-}  // namespace
+using namespace eHal::detail;
+
+struct EMACAddress::Schema {
+  static constexpr auto kFields = std::make_tuple(Field("MACAddress", &EMACAddress::m_Address));
+  static constexpr Layout kLayouts[] = {{0x17111111}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMACAddress", 119,
+                                                 "EMACAddress::SerializeIn"};
+};
 
 EMACAddress::EMACAddress() {
   Empty();
-}
-
-EMACAddress& EMACAddress::operator=(const EMACAddress& other) {
-  Copy(other);
-  return *this;
-}
-
-void EMACAddress::Copy(const EMACAddress& other) {
-  if (this == &other) return;
-  m_Address = other.m_Address;
 }
 
 void EMACAddress::Empty() {
@@ -43,24 +38,4 @@ std::string EMACAddress::GetAsString() const {
   return ehal_text::JoinLowerHexPairs(m_Address.GetData(), m_Address.GetSize(), ":");
 }
 
-void EMACAddress::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_Address;
-}
-
-void EMACAddress::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eMACAddress", 119, "EMACAddress::SerializeIn");
-  }
-  archive >> m_Address;
-}
-
-EArchive& operator<<(EArchive& archive, const EMACAddress& address) {
-  address.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EMACAddress& address) {
-  address.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EMACAddress>;

@@ -1,14 +1,19 @@
 #include "eMultiComponentId.h"
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
+
+struct EMultiComponentId::Schema {
+  static constexpr auto kFields = std::make_tuple(Field("Id", &EMultiComponentId::m_Id),
+                                                  Field("Leaves", &EMultiComponentId::m_Leaves));
+  // The same signature as a single identifier; the reader must know which one it expects.
+  static constexpr Layout kLayouts[] = {{0x18111111}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMultiComponentId", 261,
+                                                 "EMultiComponentId::SerializeIn"};
+};
 
 namespace {
-// The same signature as a single identifier; the reader must know which one it expects.
-constexpr unsigned int kSignature = 0x18111111;
-constexpr ELayoutVersion kVersions[] = {{kSignature, 0}};
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eMultiComponentId", 261,
-                                            "EMultiComponentId::SerializeIn"};
 // The leaf value that is never added (the reserved "no identifier" value).
 constexpr unsigned int kNoLeaf = 0;
 }  // namespace
@@ -49,29 +54,7 @@ bool EMultiComponentId::AddId(const EComponentId& id) {
 }
 
 bool EMultiComponentId::operator==(const EMultiComponentId& other) const {
-  return m_Id == other.m_Id && m_Leaves == other.m_Leaves;
+  return SameFields<Schema>(*this, other);
 }
 
-template <typename Self, typename Visit>
-void EMultiComponentId::Fields(Self& self, Visit& field) {
-  field.template Field<std::vector<unsigned int>>(self.m_Id);
-  field.template Field<std::vector<unsigned int>>(self.m_Leaves);
-}
-
-void EMultiComponentId::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kSignature, [this](auto& field) { Fields(*this, field); });
-}
-
-void EMultiComponentId::SerializeIn(EArchive& archive) {
-  ReadRecord(archive, kVersions, kErrorSite, [this](auto& field) { Fields(*this, field); });
-}
-
-EArchive& operator<<(EArchive& archive, const EMultiComponentId& id) {
-  id.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EMultiComponentId& id) {
-  id.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EMultiComponentId>;

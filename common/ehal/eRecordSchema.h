@@ -288,6 +288,26 @@ struct FieldOf {
   }
 };
 
+// A field that no single member holds (bytes computed from several members, a part written by a
+// base class): its codec's Write, Read and Describe take the whole record.
+template <typename Record, typename Codec>
+struct PropertyOf {
+  static constexpr bool kCounter = false;
+
+  const char* name;
+
+  void Write(EArchive& archive, const Record& record) const { Codec::Write(archive, record); }
+  void Read(EArchive& archive, Record& record) const { Codec::Read(archive, record); }
+  void Describe(ERecordVisitor& visitor, const Record& record) const {
+    Codec::Describe(visitor, name, record);
+  }
+};
+
+template <typename Record, typename Codec>
+constexpr PropertyOf<Record, Codec> Property(const char* name, Codec) {
+  return {name};
+}
+
 template <typename Record, typename Member>
 constexpr FieldOf<Record, Member, CodecOf<Member>> Field(const char* name, Member Record::*member) {
   return {name, member};
@@ -425,7 +445,7 @@ const Layout& Read(EArchive& archive, Record& record) {
 
 // Reads a record without a signature of its own.
 template <typename Schema, typename Record>
-void ReadUnsigned(EArchive& archive, Record& record) {
+void ReadWithoutSignature(EArchive& archive, Record& record) {
   ForEachField<Schema>([&](const auto& field) { field.Read(archive, record); });
 }
 
@@ -467,7 +487,7 @@ void ERecord<Derived>::SerializeIn(EArchive& archive) {
   if constexpr (eHal::detail::HasSignature<Schema>::value) {
     eHal::detail::Read<Schema>(archive, static_cast<Derived&>(*this));
   } else {
-    eHal::detail::ReadUnsigned<Schema>(archive, static_cast<Derived&>(*this));
+    eHal::detail::ReadWithoutSignature<Schema>(archive, static_cast<Derived&>(*this));
   }
 }
 

@@ -1,10 +1,43 @@
 #include "eStringList.h"
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
 
 namespace {
-constexpr unsigned int kSignature = 0x11180000;
+
+// The items: their count as unsigned 32-bit, then each string. The reader appends.
+struct Items {
+  static void Write(EArchive& archive, const std::list<std::string>& items) {
+    kUnsigned.Write(archive, items.size());
+    for (const std::string& item : items)
+      archive << item;
+  }
+  static void Read(EArchive& archive, std::list<std::string>& items) {
+    const unsigned int count = archive.ReadUnsignedInt();
+    for (unsigned int i = 0; i < count; ++i) {
+      items.emplace_back();
+      archive >> items.back();
+    }
+  }
+  static void Describe(ERecordVisitor& visitor, const char* name,
+                       const std::list<std::string>& items) {
+    visitor.BeginList(name, EWire::kUnsigned32, items.size());
+    for (const std::string& item : items)
+      visitor.Text("", item);
+    visitor.EndList();
+  }
+};
+
 }  // namespace
+
+struct EStringList::Schema {
+  static constexpr auto kFields = std::make_tuple(Field("Items", &EStringList::m_Items, Items{}));
+  static constexpr Layout kLayouts[] = {{0x11180000}};
+  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eStringList", 122,
+                                                 "EStringList::SerializeIn"};
+};
 
 EStringList::EStringList(const EStringList& other) {
   Copy(other);
@@ -55,31 +88,4 @@ std::string EStringList::GetString() const {
   return text;
 }
 
-void EStringList::SerializeOut(EArchive& archive) const {
-  archive.WriteUnsignedInt(kSignature);
-  archive.WriteUnsignedInt(GetCount());
-  for (const std::string& item : m_Items)
-    archive << item;
-}
-
-void EStringList::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eStringList", 122, "EStringList::SerializeIn");
-  }
-  const unsigned int count = archive.ReadUnsignedInt();
-  for (unsigned int i = 0; i < count; ++i) {
-    std::string item;
-    archive >> item;
-    m_Items.push_back(std::move(item));
-  }
-}
-
-EArchive& operator<<(EArchive& archive, const EStringList& list) {
-  list.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EStringList& list) {
-  list.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EStringList>;

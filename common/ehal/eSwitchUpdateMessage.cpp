@@ -1,57 +1,55 @@
 #include "eSwitchUpdateMessage.h"
 
-#include "eArchive.h"
-#include "eRecordLayout.h"
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
 
 namespace {
-constexpr unsigned int kVersion = 8;
-constexpr ELayoutVersion kVersions[] = {{kVersion, 0}};
-constexpr ESerializeErrorSite kErrorSite = {"x86_64/common/ehal/eSwitchUpdateMessage", 94,
-                                            "ESwitchUpdateMessage::SerializeIn"};
 
-// The fields of one entry in archive order, for writing and reading alike.
-template <typename Entry, typename Visit>
-void EntryFields(Entry& entry, Visit& field) {
-  field.template Field<unsigned char>(entry.m_FirstValue);
-  field.template Field<unsigned char>(entry.m_SecondValue);
-  for (auto& octet : entry.m_Octets)
-    field.template Field<unsigned char>(octet);
-  field.template Field<unsigned short>(entry.m_Value);
-}
+// The fields of one entry, which travels without a signature of its own.
+struct EntrySchema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("FirstValue", &SwitchUpdateEntry::m_FirstValue, kByte),
+      Field("SecondValue", &SwitchUpdateEntry::m_SecondValue, kByte),
+      Field("Octets", &SwitchUpdateEntry::m_Octets), Field("Value", &SwitchUpdateEntry::m_Value));
+};
+
+// The entry list: its count as a signed int, then the entries. The reader empties the list and
+// reads entries only for a count above zero.
+struct EntryList {
+  static void Write(EArchive& archive, const std::list<SwitchUpdateEntry>& entries) {
+    kSigned.Write(archive, entries.size());
+    for (const SwitchUpdateEntry& entry : entries)
+      WriteFields<EntrySchema>(archive, entry);
+  }
+  static void Read(EArchive& archive, std::list<SwitchUpdateEntry>& entries) {
+    int count = 0;
+    kSigned.Read(archive, count);
+    entries.clear();
+    for (int i = 0; i < count; ++i) {
+      entries.emplace_back();
+      ReadWithoutSignature<EntrySchema>(archive, entries.back());
+    }
+  }
+  static void Describe(ERecordVisitor& visitor, const char* name,
+                       const std::list<SwitchUpdateEntry>& entries) {
+    visitor.BeginList(name, EWire::kSigned32, entries.size());
+    for (const SwitchUpdateEntry& entry : entries)
+      eHal::detail::Describe<EntrySchema>(visitor, "", entry);
+    visitor.EndList();
+  }
+};
+
 }  // namespace
 
-void ESwitchUpdateMessage::SerializeOut(EArchive& archive) const {
-  WriteRecord(archive, kVersion, [this](auto& field) {
-    field.template Field<int>(m_FirstHeaderValue);
-    field.template Field<int>(m_SecondHeaderValue);
-    field.template Field<int>(static_cast<int>(m_Entries.size()));
-    for (const SwitchUpdateEntry& entry : m_Entries)
-      EntryFields(entry, field);
-  });
-}
+struct ESwitchUpdateMessage::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("FirstHeaderValue", &ESwitchUpdateMessage::m_FirstHeaderValue),
+                      Field("SecondHeaderValue", &ESwitchUpdateMessage::m_SecondHeaderValue),
+                      Field("Entries", &ESwitchUpdateMessage::m_Entries, EntryList{}));
+  static constexpr Layout kLayouts[] = {{8}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eSwitchUpdateMessage", 94,
+                                                 "ESwitchUpdateMessage::SerializeIn"};
+};
 
-void ESwitchUpdateMessage::SerializeIn(EArchive& archive) {
-  int count = 0;
-  ReadRecord(archive, kVersions, kErrorSite, [this, &count](auto& field) {
-    field.template Field<int>(m_FirstHeaderValue);
-    field.template Field<int>(m_SecondHeaderValue);
-    field.template Field<int>(count);
-  });
-  m_Entries.clear();
-  EFieldReader field(archive, 0);
-  for (int i = 0; i < count; ++i) {
-    SwitchUpdateEntry entry;
-    EntryFields(entry, field);
-    m_Entries.push_back(entry);
-  }
-}
-
-EArchive& operator<<(EArchive& archive, const ESwitchUpdateMessage& message) {
-  message.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, ESwitchUpdateMessage& message) {
-  message.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<ESwitchUpdateMessage>;

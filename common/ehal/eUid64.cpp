@@ -3,13 +3,34 @@
 #include <algorithm>
 #include <cstring>
 
-#include "eArchive.h"
 #include "eIPAddress.h"
 #include "eMACAddress.h"
+#include "eRecordSchema.h"
 #include "eTextDigits.h"
 
+using namespace eHal::detail;
+
+// Version 1, then the eight bytes as a blob.
+struct EUID::Schema {
+  struct IdBytes {
+    static void Write(EArchive& archive, const EUID& id) { archive << id.GetAsBlob(); }
+    static void Read(EArchive& archive, EUID& id) {
+      EBlob bytes;
+      archive >> bytes;
+      id.SetId(bytes);
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name, const EUID& id) {
+      visitor.Bytes(name, id.GetAsBlob());
+    }
+  };
+
+  static constexpr auto kFields = std::make_tuple(Property<EUID>("Id", IdBytes{}));
+  static constexpr Layout kLayouts[] = {{1}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eUid64", 68,
+                                                 "EUID::SerializeIn"};
+};
+
 namespace {
-constexpr unsigned int kVersion = 1;
 // The universal/local bit that the modified EUI-64 form inverts.
 constexpr unsigned char kUniversalLocalBit = 0x02;
 }  // namespace
@@ -69,29 +90,9 @@ std::string EUID::GetAsByteString() const {
   return ehal_text::JoinLowerHexPairs(m_Id, kLength, " ");
 }
 
-void EUID::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kVersion));
-  archive << GetAsBlob();
-}
-
 void EUID::SerializeIn(EArchive& archive) {
   Empty();
-  if (archive.ReadUnsignedInt() != kVersion) {
-    EArchive::SerializeError("x86_64/common/ehal/eUid64", 68, "EUID::SerializeIn");
-  }
-  EBlob bytes;
-  archive >> bytes;
-  SetId(bytes);
-}
-
-EArchive& operator<<(EArchive& archive, const EUID& id) {
-  id.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EUID& id) {
-  id.SerializeIn(archive);
-  return archive;
+  Read<Schema>(archive, *this);
 }
 
 namespace eHal {
@@ -133,3 +134,5 @@ void MacToLinkLocalIp6(const EMACAddress& mac, EIPAddress& address) {
 }
 
 }  // namespace eHal
+
+template class ERecord<EUID>;

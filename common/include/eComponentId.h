@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-class EArchive;
+#include "eRecord.h"
 
-class EComponentId {
+class EComponentId : public ERecord<EComponentId> {
  public:
   EComponentId() = default;
   EComponentId(const std::vector<unsigned int>& components) : m_Components(components) {}
@@ -49,17 +49,13 @@ class EComponentId {
   // The components in decimal joined by "."; empty text for the empty identifier.
   std::string ToString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  // Empties the identifier, then reads it.
+  // Empties the identifier, then reads it (see Schema).
   void SerializeIn(EArchive& archive);
 
- private:
-  // Lists the fields in archive order, for writing and reading alike.
-  template <typename Self, typename Visit>
-  static void Fields(Self& self, Visit& field);
+  struct Schema;  // the archive form, in eComponentId.cpp
 
+ private:
   std::vector<unsigned int> m_Components;
 };
 
-EArchive& operator<<(EArchive& archive, const EComponentId& id);
-EArchive& operator>>(EArchive& archive, EComponentId& id);
+extern template class ERecord<EComponentId>;

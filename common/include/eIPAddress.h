@@ -5,7 +5,8 @@
 
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
+
 class EBlob;
 
 namespace eHal {
@@ -15,7 +16,7 @@ class Integer16Byte;
 // Address families; any other value is an unknown type, handled as 16 bytes.
 enum eIPAddressType : unsigned int { eIPv4Address = 17, eIPv6Address = 18 };
 
-class EIPAddress {
+class EIPAddress : public ERecord<EIPAddress> {
  public:
   static constexpr unsigned int kMaxAddressLength = 16;
 
@@ -32,6 +33,7 @@ class EIPAddress {
   virtual void Empty(int type);
   // Exchanges type and all 16 bytes.
   virtual void Swap(EIPAddress& other);
+  // Writes the current layout (see Schema); a derived class adds its own fields.
   virtual void SerializeOut(EArchive& archive) const;
   // Reads the current layout or the old IPv4-only one.
   virtual void SerializeIn(EArchive& archive);
@@ -113,6 +115,8 @@ class EIPAddress {
   // ("FE80:0:0:0:0:0:0:1"); "unknown type" for any other type.
   std::string GetAsString() const;
 
+  struct Schema;  // the archive form, in eIPAddress.cpp
+
  private:
   eHal::Integer16Byte GetAsInteger() const;
 
@@ -120,5 +124,4 @@ class EIPAddress {
   unsigned char m_Address[kMaxAddressLength] = {};
 };
 
-EArchive& operator<<(EArchive& archive, const EIPAddress& address);
-EArchive& operator>>(EArchive& archive, EIPAddress& address);
+extern template class ERecord<EIPAddress>;

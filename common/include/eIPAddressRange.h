@@ -4,18 +4,17 @@
 
 #include "eBlob.h"
 #include "eIPAddress.h"
+#include "eRecord.h"
 
-class EArchive;
-
-class EIPAddressRange {
+class EIPAddressRange : public ERecord<EIPAddressRange> {
  public:
   // IPv4 zero address, count 1.
   EIPAddressRange() = default;
   EIPAddressRange(const EIPAddressRange& other) = default;
-  EIPAddressRange& operator=(const EIPAddressRange& other);
+  EIPAddressRange& operator=(const EIPAddressRange& other) = default;
   ~EIPAddressRange() = default;
 
-  void Copy(const EIPAddressRange& other);
+  void Copy(const EIPAddressRange& other) { *this = other; }
   // IPv4 zero address, count 1.
   void Empty();
 
@@ -42,13 +41,11 @@ class EIPAddressRange {
   // By first address (every IPv4 before every IPv6), then the smaller count first.
   bool operator<(const EIPAddressRange& other) const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eIPAddressRange.cpp
 
  private:
   EIPAddress m_Address;
   unsigned int m_RangeCount = 1;
 };
 
-EArchive& operator<<(EArchive& archive, const EIPAddressRange& range);
-EArchive& operator>>(EArchive& archive, EIPAddressRange& range);
+extern template class ERecord<EIPAddressRange>;

@@ -4,18 +4,17 @@
 
 #include "eIPAddress.h"
 #include "eMACAddress.h"
+#include "eRecord.h"
 
-class EArchive;
-
-class EIPMACPair {
+class EIPMACPair : public ERecord<EIPMACPair> {
  public:
   // Both addresses IPv4 zero, both MAC addresses six zero bytes, neither resolved.
   EIPMACPair() = default;
   EIPMACPair(const EIPMACPair& other) = default;
-  EIPMACPair& operator=(const EIPMACPair& other);
+  EIPMACPair& operator=(const EIPMACPair& other) = default;
   ~EIPMACPair() = default;
 
-  void Copy(const EIPMACPair& other);
+  void Copy(const EIPMACPair& other) { *this = other; }
   void Empty();
 
   void SetSourceIP(const EIPAddress& address) { m_SourceIP = address; }
@@ -32,8 +31,7 @@ class EIPMACPair {
   bool IsSourceResolved() const { return m_SourceResolved; }
   bool IsDestinationResolved() const { return m_DestinationResolved; }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eIPMACPair.cpp
 
  private:
   EIPAddress m_SourceIP;
@@ -44,5 +42,4 @@ class EIPMACPair {
   bool m_DestinationResolved = false;
 };
 
-EArchive& operator<<(EArchive& archive, const EIPMACPair& pair);
-EArchive& operator>>(EArchive& archive, EIPMACPair& pair);
+extern template class ERecord<EIPMACPair>;

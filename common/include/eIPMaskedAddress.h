@@ -5,7 +5,6 @@
 
 #include "eIPAddress.h"
 
-class EArchive;
 class EBlob;
 
 class EIPMaskedAddress : public EIPAddress {
@@ -24,8 +23,11 @@ class EIPMaskedAddress : public EIPAddress {
   void Empty(int type) override;
   // Swaps the address parts, and the masks too when the other is also a masked address.
   void Swap(EIPAddress& other) override;
+  // The address record, then the mask under a signature of its own (see Schema).
   void SerializeOut(EArchive& archive) const override;
   void SerializeIn(EArchive& archive) override;
+  // The address record and the mask, inside BeginRecord(name)/EndRecord().
+  void Describe(ERecordVisitor& visitor, const char* name = "") const;
 
   // Writes all 16 mask bytes for prefix length n; false (and no change) above 128.
   bool SetMaskPrefixNumber(unsigned int n);
@@ -67,6 +69,8 @@ class EIPMaskedAddress : public EIPAddress {
   // Equal addresses and equal 4 or 16 mask bytes.
   bool operator==(const EIPMaskedAddress& other) const;
   bool operator!=(const EIPMaskedAddress& other) const { return !(*this == other); }
+
+  struct Schema;  // the archive form, in eIPMaskedAddress.cpp
 
  private:
   unsigned char m_Mask[kMaxAddressLength] = {};

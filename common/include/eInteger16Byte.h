@@ -3,12 +3,13 @@
 // sixteen address bytes in network order are one big-endian number.
 #pragma once
 
-class EArchive;
+#include "eRecord.h"
+
 class EBlob;
 
 namespace eHal {
 
-class Integer16Byte {
+class Integer16Byte : public ERecord<Integer16Byte> {
  public:
   Integer16Byte() = default;
   // A value whose low 64 bits are `low`.
@@ -40,8 +41,7 @@ class Integer16Byte {
   bool operator==(const Integer16Byte& other) const;
   bool operator!=(const Integer16Byte& other) const { return !(*this == other); }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eInteger16Byte.cpp
 
  private:
   void ApplyBits(int first, int end, bool set);
@@ -49,7 +49,6 @@ class Integer16Byte {
   unsigned int m_Words[4] = {0, 0, 0, 0};
 };
 
-EArchive& operator<<(EArchive& archive, const Integer16Byte& value);
-EArchive& operator>>(EArchive& archive, Integer16Byte& value);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::Integer16Byte>;

@@ -5,10 +5,9 @@
 #include <string>
 
 #include "eBlob.h"
+#include "eRecord.h"
 
-class EArchive;
-
-class EMACAddress {
+class EMACAddress : public ERecord<EMACAddress> {
  public:
   static constexpr unsigned int kLength = 6;
 
@@ -16,10 +15,10 @@ class EMACAddress {
   EMACAddress();
   // Copies the bytes as they are, whatever their number.
   EMACAddress(const EMACAddress& other) = default;
-  EMACAddress& operator=(const EMACAddress& other);
+  EMACAddress& operator=(const EMACAddress& other) = default;
   ~EMACAddress() = default;
 
-  void Copy(const EMACAddress& other);
+  void Copy(const EMACAddress& other) { *this = other; }
   // Six zero bytes (the allocation is replaced by one of exactly six bytes).
   void Empty();
   void Swap(EMACAddress& other) { m_Address.Swap(other.m_Address); }
@@ -39,13 +38,12 @@ class EMACAddress {
   // Every byte as two lower-case hex digits separated by ':'; empty for no bytes.
   std::string GetAsString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  // Reads the bytes as they stand, without forcing six.
-  void SerializeIn(EArchive& archive);
+  // The archive form, in eMACAddress.cpp; the reader takes the bytes as they stand, without
+  // forcing six.
+  struct Schema;
 
  private:
   EBlob m_Address;
 };
 
-EArchive& operator<<(EArchive& archive, const EMACAddress& address);
-EArchive& operator>>(EArchive& archive, EMACAddress& address);
+extern template class ERecord<EMACAddress>;

@@ -3,18 +3,17 @@
 #pragma once
 
 #include "eMACAddress.h"
+#include "eRecord.h"
 
-class EArchive;
-
-class EMACAddressRange {
+class EMACAddressRange : public ERecord<EMACAddressRange> {
  public:
   // Six zero bytes, count 0, mode 0.
   EMACAddressRange() = default;
   EMACAddressRange(const EMACAddressRange& other) = default;
-  EMACAddressRange& operator=(const EMACAddressRange& other);
+  EMACAddressRange& operator=(const EMACAddressRange& other) = default;
   ~EMACAddressRange() = default;
 
-  void Copy(const EMACAddressRange& other);
+  void Copy(const EMACAddressRange& other) { *this = other; }
   // Six zero bytes, count 0, mode 0.
   void Empty();
 
@@ -25,8 +24,7 @@ class EMACAddressRange {
   void SetMACMode(int mode) { m_MACMode = mode; }
   int GetMACMode() const { return m_MACMode; }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eMACAddressRange.cpp
 
  private:
   EMACAddress m_Address;
@@ -34,5 +32,4 @@ class EMACAddressRange {
   int m_MACMode = 0;
 };
 
-EArchive& operator<<(EArchive& archive, const EMACAddressRange& range);
-EArchive& operator>>(EArchive& archive, EMACAddressRange& range);
+extern template class ERecord<EMACAddressRange>;

@@ -5,10 +5,9 @@
 #include <vector>
 
 #include "eComponentId.h"
+#include "eRecord.h"
 
-class EArchive;
-
-class EMultiComponentId {
+class EMultiComponentId : public ERecord<EMultiComponentId> {
  public:
   EMultiComponentId() = default;
   EMultiComponentId(const std::vector<unsigned int>& id) : m_Id(id) {}
@@ -50,17 +49,11 @@ class EMultiComponentId {
 
   bool operator==(const EMultiComponentId& other) const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eMultiComponentId.cpp
 
  private:
-  // Lists the fields in archive order, for writing and reading alike.
-  template <typename Self, typename Visit>
-  static void Fields(Self& self, Visit& field);
-
   std::vector<unsigned int> m_Id;
   std::vector<unsigned int> m_Leaves;
 };
 
-EArchive& operator<<(EArchive& archive, const EMultiComponentId& id);
-EArchive& operator>>(EArchive& archive, EMultiComponentId& id);
+extern template class ERecord<EMultiComponentId>;

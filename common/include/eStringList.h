@@ -5,9 +5,9 @@
 #include <list>
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
 
-class EStringList {
+class EStringList : public ERecord<EStringList> {
  public:
   using Position = std::list<std::string>::const_iterator;
 
@@ -34,13 +34,12 @@ class EStringList {
   // All items concatenated in order, without separators.
   std::string GetString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  // Appends the items read to the list (it is not emptied first).
-  void SerializeIn(EArchive& archive);
+  // The archive form, in eStringList.cpp; the reader appends the items read to the list (it is
+  // not emptied first).
+  struct Schema;
 
  private:
   std::list<std::string> m_Items;
 };
 
-EArchive& operator<<(EArchive& archive, const EStringList& list);
-EArchive& operator>>(EArchive& archive, EStringList& list);
+extern template class ERecord<EStringList>;

@@ -5,7 +5,7 @@
 
 #include <list>
 
-class EArchive;
+#include "eRecord.h"
 
 struct SwitchUpdateEntry {
   unsigned int m_FirstValue = 0;   // only the low eight bits travel
@@ -14,19 +14,18 @@ struct SwitchUpdateEntry {
   unsigned short m_Value = 0;
 };
 
-class ESwitchUpdateMessage {
+// Archived by ERecord; the reader replaces the list by the entries read, and a count of zero or
+// less leaves it empty.
+class ESwitchUpdateMessage : public ERecord<ESwitchUpdateMessage> {
  public:
   // Empty list, both header values 0.
   ESwitchUpdateMessage() = default;
 
-  void SerializeOut(EArchive& archive) const;
-  // Replaces the list by the entries read; a count of zero or less leaves it empty.
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eSwitchUpdateMessage.cpp
 
   std::list<SwitchUpdateEntry> m_Entries;
   int m_SecondHeaderValue = 0;
   int m_FirstHeaderValue = 0;
 };
 
-EArchive& operator<<(EArchive& archive, const ESwitchUpdateMessage& message);
-EArchive& operator>>(EArchive& archive, ESwitchUpdateMessage& message);
+extern template class ERecord<ESwitchUpdateMessage>;

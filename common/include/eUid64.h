@@ -6,12 +6,12 @@
 #include <string>
 
 #include "eBlob.h"
+#include "eRecord.h"
 
-class EArchive;
 class EIPAddress;
 class EMACAddress;
 
-class EUID {
+class EUID : public ERecord<EUID> {
  public:
   static constexpr unsigned int kLength = 8;
 
@@ -47,16 +47,17 @@ class EUID {
   // "00 11 22 ff fe 33 44 55".
   std::string GetAsByteString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  // Empties the identifier first.
+  // Empties the identifier first, then reads it (see Schema).
   void SerializeIn(EArchive& archive);
+
+  struct Schema;  // the archive form, in eUid64.cpp
 
  private:
   unsigned char m_Id[kLength] = {};
 };
 
-EArchive& operator<<(EArchive& archive, const EUID& id);
-EArchive& operator>>(EArchive& archive, EUID& id);
+extern template class ERecord<EUID>;
+
 
 namespace eHal {
 // m0^0x02 m1 m2 FF FE m3 m4 m5 from a MAC address of at least six bytes; 00 00 00 FF FE 00 00 00

@@ -7,6 +7,7 @@
 
 #include "eBlob.h"
 #include "eArchive.h"
+#include "eRecord.h"
 #include "eStringList.h"
 
 // Network value types
@@ -46,7 +47,6 @@
 #include "eEthernetOAMStats.h"
 
 // Identity
-#include "eRecordLayout.h"
 #include "eComponentId.h"
 #include "eMultiComponentId.h"
 #include "eSingleCommand.h"
@@ -56,6 +56,7 @@
 #include "eConfigEvent.h"
 
 // Message envelopes
+#include "eEnvelope.h"
 #include "eMessage.h"
 #include "eGlobalMessage.h"
 #include "eOutgoingGlobalMessage.h"
@@ -65,7 +66,6 @@
 #include "eSwitchUpdateMessage.h"
 
 // HAL port records
-#include "eRecordText.h"
 #include "ePacket.h"
 #include "ePRBS.h"
 #include "eMacSec.h"
