@@ -10,50 +10,6 @@ namespace {
 
 std::atomic<EArchive::SerializeErrorHandler> gSerializeErrorHandler{nullptr};
 
-constexpr char kDigitPairs[] =
-    "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
-    "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
-    "8081828384858687888990919293949596979899";
-
-// Number of decimal digits of `value` (1 for 0), without a loop.
-unsigned int DigitCount(std::uint32_t value) {
-  static constexpr std::uint32_t kPowers[] = {1,      10,      100,      1000,      10000,
-                                              100000, 1000000, 10000000, 100000000, 1000000000};
-  // value | 1 has as many digits as value (every 99..9 is odd) and is never 0.
-  value |= 1;
-  const unsigned int bits = 32 - static_cast<unsigned int>(__builtin_clz(value));
-  const unsigned int guess = (bits * 1233) >> 12;  // floor(bits * log10(2))
-  return guess + (value >= kPowers[guess] ? 1 : 0);
-}
-
-unsigned int DigitCount(std::uint64_t value) {
-  unsigned int count = 1;
-  while (value >= 10) {
-    value /= 10;
-    ++count;
-  }
-  return count;
-}
-
-// Writes the decimal digits of `value` so that they end just before `end`.
-template <typename Unsigned>
-void FormatDigitsBackwards(Unsigned value, unsigned char* end) {
-  while (value >= 100) {
-    const unsigned int pair = static_cast<unsigned int>(value % 100) * 2;
-    value /= 100;
-    end -= 2;
-    end[0] = static_cast<unsigned char>(kDigitPairs[pair]);
-    end[1] = static_cast<unsigned char>(kDigitPairs[pair + 1]);
-  }
-  if (value >= 10) {
-    const unsigned int pair = static_cast<unsigned int>(value) * 2;
-    end[-2] = static_cast<unsigned char>(kDigitPairs[pair]);
-    end[-1] = static_cast<unsigned char>(kDigitPairs[pair + 1]);
-  } else {
-    end[-1] = static_cast<unsigned char>('0' + value);
-  }
-}
-
 bool IsNumberChar(unsigned char c) {
   return static_cast<unsigned char>(c - '0') < 10 || c == '-';
 }
@@ -137,9 +93,9 @@ void EArchive::Append(unsigned int length, const unsigned char* bytes) {
 
 template <typename Unsigned>
 EArchive& EArchive::WriteDecimal(Unsigned value) {
-  const unsigned int digits = DigitCount(value);
+  const unsigned int digits = eHal::detail::DigitCount(value);
   unsigned char* const out = Reserve(digits + 1);
-  FormatDigitsBackwards(value, out + digits);
+  eHal::detail::WriteDigitsBackwards(value, out + digits);
   out[digits] = ' ';
   return *this;
 }
@@ -151,10 +107,10 @@ EArchive& EArchive::WriteUnsignedInt(unsigned int value) {
 EArchive& EArchive::WriteSignedInt(int value) {
   if (value >= 0) return WriteUnsignedInt(static_cast<unsigned int>(value));
   const unsigned int magnitude = 0u - static_cast<unsigned int>(value);
-  const unsigned int digits = DigitCount(std::uint32_t{magnitude});
+  const unsigned int digits = eHal::detail::DigitCount(std::uint32_t{magnitude});
   unsigned char* const out = Reserve(digits + 2);
   out[0] = '-';
-  FormatDigitsBackwards(magnitude, out + 1 + digits);
+  eHal::detail::WriteDigitsBackwards(magnitude, out + 1 + digits);
   out[digits + 1] = ' ';
   return *this;
 }

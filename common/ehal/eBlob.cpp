@@ -11,8 +11,6 @@ namespace {
 
 constexpr unsigned int kSignature = 0x11223345;
 constexpr unsigned int kOldSignature = 0x11223344;
-constexpr char kUpperHexDigits[] = "0123456789ABCDEF";
-constexpr char kLowerHexDigits[] = "0123456789abcdef";
 
 bool IsHexDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
@@ -25,8 +23,8 @@ unsigned char* Allocate(unsigned int n) {
 }
 
 void AppendHexByte(std::string& text, unsigned char byte) {
-  text.push_back(kUpperHexDigits[byte >> 4]);
-  text.push_back(kUpperHexDigits[byte & 0x0F]);
+  text.push_back(eHal::detail::HexDigit(byte >> 4));
+  text.push_back(eHal::detail::HexDigit(byte));
 }
 
 }  // namespace
@@ -265,7 +263,7 @@ std::string EBlob::GetHexDumpOfPacket() const {
       if (i != 0) text.push_back('\n');
       text.push_back('\t');
       for (int shift = 28; shift >= 0; shift -= 4)
-        text.push_back(kLowerHexDigits[(i >> shift) & 0xF]);
+        text.push_back(eHal::detail::HexDigit(i >> shift, true));
       text += " :";
     }
     text.push_back(' ');
@@ -283,13 +281,13 @@ unsigned char EBlob::AsciiToHex(char c) const {
 }
 
 char EBlob::HexToAscii(char value) const {
-  return kUpperHexDigits[value & 0x0F];
+  return eHal::detail::HexDigit(static_cast<unsigned char>(value));
 }
 
 void EBlob::HexToText(char value, char* text) const {
   const unsigned char byte = static_cast<unsigned char>(value);
-  text[0] = kUpperHexDigits[byte >> 4];
-  text[1] = kUpperHexDigits[byte & 0x0F];
+  text[0] = eHal::detail::HexDigit(byte >> 4);
+  text[1] = eHal::detail::HexDigit(byte);
   text[2] = ' ';
   text[3] = '\0';
 }

@@ -1,7 +1,7 @@
 // Big-endian 32-bit reads and writes on byte arrays, shared by the address types.
 #pragma once
 
-namespace ehal_bytes {
+namespace eHal::detail {
 
 inline unsigned int ReadBigEndian32(const unsigned char* bytes) {
   return (static_cast<unsigned int>(bytes[0]) << 24) | (static_cast<unsigned int>(bytes[1]) << 16) |
@@ -15,4 +15,4 @@ inline void WriteBigEndian32(unsigned char* bytes, unsigned int value) {
   bytes[3] = static_cast<unsigned char>(value);
 }
 
-}  // namespace ehal_bytes
+}  // namespace eHal::detail

@@ -14,5 +14,5 @@ std::string EFormatUtils::GetInt64AsFormattedString(unsigned long value, unsigne
 
 std::string EFormatUtils::FormatBytes(const unsigned char* bytes, unsigned int count,
                                       const std::string& separator) {
-  return ehal_text::JoinLowerHexPairs(bytes, count, separator);
+  return eHal::detail::JoinLowerHexPairs(bytes, count, separator);
 }

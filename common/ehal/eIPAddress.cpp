@@ -37,9 +37,6 @@ struct EIPAddress::Schema {
                                                  "EIPAddress::SerializeIn"};
 };
 
-using ehal_bytes::ReadBigEndian32;
-using ehal_bytes::WriteBigEndian32;
-
 void EIPAddress::Empty() {
   // Qualified, so that a derived class's Empty(int) does not run in place of this one.
   EIPAddress::Empty(eIPv4Address);
@@ -269,13 +266,13 @@ std::string EIPAddress::GetAsString() const {
   if (m_Type == eIPv4Address) {
     for (int i = 0; i < 4; ++i) {
       if (i > 0) *out++ = '.';
-      out = ehal_text::WriteDecimal(out, m_Address[i]);
+      out = WriteDecimal(out, m_Address[i]);
     }
   } else if (m_Type == eIPv6Address) {
     for (int group = 0; group < 8; ++group) {
       if (group > 0) *out++ = ':';
       const unsigned int value = (m_Address[2 * group] << 8) | m_Address[2 * group + 1];
-      out = ehal_text::WriteUpperHex(out, value);
+      out = WriteUpperHex(out, value);
     }
   } else {
     return "unknown type";

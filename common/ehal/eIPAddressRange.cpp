@@ -19,7 +19,7 @@ namespace {
 // The blob's first four bytes as a big-endian number when its allocation holds them, else 0.
 unsigned int FirstWordOf(const EBlob& blob) {
   unsigned char bytes[4];
-  return blob.GetAt(bytes, 0, 4) ? ehal_bytes::ReadBigEndian32(bytes) : 0;
+  return blob.GetAt(bytes, 0, 4) ? ReadBigEndian32(bytes) : 0;
 }
 }  // namespace
 
@@ -37,7 +37,7 @@ void EIPAddressRange::SetIPAddresses(const EBlob& from, const EBlob& thru) {
 
 EBlob EIPAddressRange::GetIPAddressAt(unsigned int i) const {
   unsigned char bytes[4];
-  ehal_bytes::WriteBigEndian32(bytes, ehal_bytes::ReadBigEndian32(m_Address.GetAddress()) + i);
+  WriteBigEndian32(bytes, ReadBigEndian32(m_Address.GetAddress()) + i);
   return EBlob(bytes, 4);
 }
 

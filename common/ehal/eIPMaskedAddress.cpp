@@ -156,11 +156,11 @@ void EIPMaskedAddress::NetworkSetMaskFromDWORD(unsigned int mask) {
 }
 
 void EIPMaskedAddress::HostSetMaskFromDWORD(unsigned int mask) {
-  ehal_bytes::WriteBigEndian32(m_Mask, mask);
+  WriteBigEndian32(m_Mask, mask);
 }
 
 unsigned int EIPMaskedAddress::GetMaskHost() const {
-  return ehal_bytes::ReadBigEndian32(m_Mask);
+  return ReadBigEndian32(m_Mask);
 }
 
 unsigned int EIPMaskedAddress::GetMaskNetwork() const {

@@ -35,7 +35,7 @@ void EMACAddress::SetAsString(const std::string& text) {
 }
 
 std::string EMACAddress::GetAsString() const {
-  return ehal_text::JoinLowerHexPairs(m_Address.GetData(), m_Address.GetSize(), ":");
+  return JoinLowerHexPairs(m_Address.GetData(), m_Address.GetSize(), ":");
 }
 
 template class ERecord<EMACAddress>;

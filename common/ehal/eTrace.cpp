@@ -4,6 +4,7 @@
 #include <locale>
 #include <ostream>
 
+#include "detail/eDigits.h"
 #include "eStringList.h"
 #include "eTickCount.h"
 
@@ -19,22 +20,15 @@ constexpr std::size_t kElapsedTimeSize = 16;
 std::size_t FormatElapsedTime(unsigned int milliseconds, char* out) {
   const unsigned int seconds = milliseconds / 1000;
   const unsigned int minutes = seconds / 60;
-  unsigned int hours = minutes / 60;
-  char digits[10];
-  int count = 0;
-  do {
-    digits[count++] = static_cast<char>('0' + hours % 10);
-    hours /= 10;
-  } while (hours != 0);
+  const unsigned int hours = minutes / 60;
   std::size_t length = 0;
-  for (int pad = count; pad < 3; ++pad)
+  for (unsigned int pad = eHal::detail::DigitCount(hours); pad < 3; ++pad)
     out[length++] = ' ';
-  while (count > 0)
-    out[length++] = digits[--count];
+  length = static_cast<std::size_t>(eHal::detail::WriteDecimal(out + length, hours) - out);
   for (const unsigned int part : {minutes % 60, seconds % 60}) {
     out[length++] = ':';
-    out[length++] = static_cast<char>('0' + part / 10);
-    out[length++] = static_cast<char>('0' + part % 10);
+    out[length++] = eHal::detail::kDigitPairs[2 * part];
+    out[length++] = eHal::detail::kDigitPairs[2 * part + 1];
   }
   out[length++] = ':';
   return length;

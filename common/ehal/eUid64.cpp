@@ -83,11 +83,11 @@ std::string EUID::GetAsASCIIString() const {
 }
 
 std::string EUID::GetAsString() const {
-  return ehal_text::JoinLowerHexPairs(m_Id, kLength, ":");
+  return JoinLowerHexPairs(m_Id, kLength, ":");
 }
 
 std::string EUID::GetAsByteString() const {
-  return ehal_text::JoinLowerHexPairs(m_Id, kLength, " ");
+  return JoinLowerHexPairs(m_Id, kLength, " ");
 }
 
 void EUID::SerializeIn(EArchive& archive) {

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "detail/eDigits.h"
+#include "detail/ePortability.h"
 #include "eBlob.h"
 
 enum eArchiveMode { eModeNone = 0, eModeStoring = 1, eModeLoading = 2 };
@@ -143,9 +145,7 @@ class EArchive {
   EBlob m_Buffer;
 };
 
-namespace earchive_detail {
-
-constexpr bool kLittleEndian = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
+namespace eHal::detail {
 
 // Eight bytes from `bytes`, the first in the lowest eight bits.
 inline std::uint64_t LoadEight(const unsigned char* bytes) {
@@ -162,7 +162,7 @@ inline unsigned int LeadingDigits(std::uint64_t chunk, std::uint64_t& values) {
   // first byte that is not a digit is the lowest with a high nibble set in either. Carries only
   // run towards later bytes, so they cannot hide it.
   const std::uint64_t high = (values | (values + 0x0606060606060606ULL)) & 0xF0F0F0F0F0F0F0F0ULL;
-  return high == 0 ? 8 : static_cast<unsigned int>(__builtin_ctzll(high)) / 8;
+  return high == 0 ? 8 : CountTrailingZeros(high) / 8;
 }
 
 // The number spelt by the first `count` (1 to 8) digit values, the first the most significant.
@@ -173,17 +173,14 @@ inline std::uint32_t SpellDigits(std::uint64_t values, unsigned int count) {
   return static_cast<std::uint32_t>(v * 10000 + (v >> 32));
 }
 
-constexpr std::uint32_t kPowersOfTen[] = {1,      10,      100,      1000,     10000,
-                                          100000, 1000000, 10000000, 100000000};
-
-}  // namespace earchive_detail
+}  // namespace eHal::detail
 
 // Fast path for the common token: up to fifteen plain digits at the read position, ended by a
 // character that cannot continue a number, taken eight bytes at a time. Anything else (a '-'
 // in the token, text to skip, a token at the end of the buffer) goes through the tokeniser.
 // The result is the same: the tokeniser's accumulation wraps modulo 2^32 as this one does.
 inline unsigned int EArchive::ReadUnsignedInt() {
-  using namespace earchive_detail;
+  using namespace eHal::detail;
   const unsigned int position = m_ReadPosition;
   const unsigned int size = m_Buffer.m_Size;
   if (!kLittleEndian || position >= size || std::uint64_t{position} + 16 > m_Buffer.Room()) {
@@ -228,7 +225,7 @@ inline unsigned char* EArchive::Reserve(unsigned int length) {
 
 // Container operations. Writers need a storing archive, readers refuse only a storing one;
 // counts are written as unsigned 64-bit and read as unsigned 32-bit.
-namespace earchive_detail {
+namespace eHal::detail {
 // Never reserve more elements than the remaining bytes could hold at one byte each, so that a
 // hostile count cannot allocate ahead of the data.
 inline std::size_t RemainingBytes(const EArchive& archive) {
@@ -236,7 +233,7 @@ inline std::size_t RemainingBytes(const EArchive& archive) {
   const unsigned int position = archive.GetReadPosition();
   return position < size ? size - position : 0;
 }
-}  // namespace earchive_detail
+}  // namespace eHal::detail
 
 template <typename ItemType>
 void SerializeOut(EArchive& archive, const std::vector<ItemType>& items) {
@@ -257,7 +254,7 @@ void SerializeIn(EArchive& archive, std::vector<ItemType>& items) {
                              "template<ItemType> SerializeIn(..,vector)");
   }
   const unsigned int count = archive.ReadUnsignedInt();
-  items.reserve(std::min<std::size_t>(count, earchive_detail::RemainingBytes(archive)));
+  items.reserve(std::min<std::size_t>(count, eHal::detail::RemainingBytes(archive)));
   for (unsigned int i = 0; i < count; ++i) {
     ItemType item{};
     archive >> item;
