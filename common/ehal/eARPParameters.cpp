@@ -1,15 +1,16 @@
 #include "eARPParameters.h"
 
-using estats::U16;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {0x18121311, {U16(0, 1)}},
+struct EARPParameters::Schema {
+  static constexpr auto kFields = std::make_tuple(Field("Timeout", &EARPParameters::m_Timeout),
+                                                  Field("Retries", &EARPParameters::m_Retries));
+  static constexpr Layout kLayouts[] = {{0x18121311}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eARPParameters", 87,
+                                                 "EARPParameters::SerializeIn"};
 };
 
-}  // namespace
-
-const estats::ArchiveForm EARPParameters::kArchiveForm(kLayouts,
-                                                       {"x86_64/common/ehal/eARPParameters", 87,
-                                                        "EARPParameters::SerializeIn"});
+template class ERecord<EARPParameters>;
+template class EStatsRecord<EARPParameters>;

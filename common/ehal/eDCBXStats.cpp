@@ -1,17 +1,37 @@
 #include "eDCBXStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-// The first layout has no DCBXRxError (position 2); later ones add their counters first.
-constexpr estats::Layout kLayouts[] = {
-    {0x21080128, {C(0, 1), C(3, 17)}},
-    {0x21080129, {C(2), C(0, 1), C(3, 17)}},
-    {0x2108012a, {C(18, 19), C(2), C(0, 1), C(3, 17)}},
+// Each layout added its counters first; the first one has no DCBXRxError.
+struct EDCBXStats::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Counter("iSCSITlvSent", &EDCBXStats::m_iSCSITlvSent),
+      Counter("iSCSITlvReceived", &EDCBXStats::m_iSCSITlvReceived),
+      Counter("DCBXRxError", &EDCBXStats::m_DCBXRxError),
+      Counter("DCBXSent", &EDCBXStats::m_DCBXSent),
+      Counter("DCBXReceived", &EDCBXStats::m_DCBXReceived),
+      Counter("ControlTlvSent", &EDCBXStats::m_ControlTlvSent),
+      Counter("ControlTlvReceived", &EDCBXStats::m_ControlTlvReceived),
+      Counter("PriorityGroupTlvSent", &EDCBXStats::m_PriorityGroupTlvSent),
+      Counter("PriorityGroupTlvReceived", &EDCBXStats::m_PriorityGroupTlvReceived),
+      Counter("PFCTlvSent", &EDCBXStats::m_PFCTlvSent),
+      Counter("PFCTlvReceived", &EDCBXStats::m_PFCTlvReceived),
+      Counter("FCoETlvSent", &EDCBXStats::m_FCoETlvSent),
+      Counter("FCoETlvReceived", &EDCBXStats::m_FCoETlvReceived),
+      Counter("FCoELogicalLinkTlvSent", &EDCBXStats::m_FCoELogicalLinkTlvSent),
+      Counter("FCoELogicalLinkTlvReceived", &EDCBXStats::m_FCoELogicalLinkTlvReceived),
+      Counter("LANLogicalLinkTlvSent", &EDCBXStats::m_LANLogicalLinkTlvSent),
+      Counter("LANLogicalLinkTlvReceived", &EDCBXStats::m_LANLogicalLinkTlvReceived),
+      Counter("CustomizedDCBXTlvSent", &EDCBXStats::m_CustomizedDCBXTlvSent),
+      Counter("CustomizedDCBXTlvReceived", &EDCBXStats::m_CustomizedDCBXTlvReceived),
+      Counter("MismatchTlvDetected", &EDCBXStats::m_MismatchTlvDetected));
+  static constexpr Layout kLayouts[] = {
+      {0x2108012a}, {0x21080129, Lacking(2)}, {0x21080128, Lacking(3)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDcbxStats", 172,
+                                                 "EDCBXStats::SerializeIn"};
 };
 
-}  // namespace
-
-const estats::ArchiveForm EDCBXStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/eDcbxStats", 172,
-                                                              "EDCBXStats::SerializeIn"});
+template class ERecord<EDCBXStats>;
+template class EStatsRecord<EDCBXStats>;

@@ -1,14 +1,23 @@
 #include "eDHCPStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {1, {C(0, 7)}},
+struct EDHCPStats::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Counter("DHCPDiscoversSent", &EDHCPStats::m_DHCPDiscoversSent),
+      Counter("DHCPDiscoversOffersReceived", &EDHCPStats::m_DHCPDiscoversOffersReceived),
+      Counter("DHCPRequestsSent", &EDHCPStats::m_DHCPRequestsSent),
+      Counter("DHCPEnabledInterfaces", &EDHCPStats::m_DHCPEnabledInterfaces),
+      Counter("DHCPAddressesDiscovered", &EDHCPStats::m_DHCPAddressesDiscovered),
+      Counter("DHCPACKReceived", &EDHCPStats::m_DHCPACKReceived),
+      Counter("DHCPNAKReceived", &EDHCPStats::m_DHCPNAKReceived),
+      Counter("DHCPReleasesSent", &EDHCPStats::m_DHCPReleasesSent));
+  static constexpr Layout kLayouts[] = {{1}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDHCPStats", 136,
+                                                 "EDHCPStats::SerializeIn"};
 };
 
-}  // namespace
-
-const estats::ArchiveForm EDHCPStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/eDHCPStats", 136,
-                                                              "EDHCPStats::SerializeIn"});
+template class ERecord<EDHCPStats>;
+template class EStatsRecord<EDHCPStats>;

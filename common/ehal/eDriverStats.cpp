@@ -1,18 +1,21 @@
 #include "eDriverStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {0x18321311, {C(0, 2)}},
-    {0x18321312, {C(3), C(0, 2)}},
+// The newer layout put the overflow counter in front. A foreign signature is reported under the
+// name of the matching parameters reader, the text that clients of this record have always seen.
+struct EDriverStats::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Counter("PacketsReceiveOverflow", &EDriverStats::m_PacketsReceiveOverflow),
+                      Counter("PacketsSent", &EDriverStats::m_PacketsSent),
+                      Counter("PacketsReceived", &EDriverStats::m_PacketsReceived),
+                      Counter("PacketsDroppedByDriver", &EDriverStats::m_PacketsDroppedByDriver));
+  static constexpr Layout kLayouts[] = {{0x18321312}, {0x18321311, Lacking(1)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDriverStats", 96,
+                                                 "EDriverParameters::SerializeIn"};
 };
 
-}  // namespace
-
-// A foreign signature is reported under the name of the matching parameters reader, the text
-// that clients of this record have always seen.
-const estats::ArchiveForm EDriverStats::kArchiveForm(kLayouts,
-                                                     {"x86_64/common/ehal/eDriverStats", 96,
-                                                      "EDriverParameters::SerializeIn"});
+template class ERecord<EDriverStats>;
+template class EStatsRecord<EDriverStats>;

@@ -1,20 +1,25 @@
 #include "eEthernetOAMStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
 // The signature lies above 2^31 and is written unsigned, so that its text is never negative.
-constexpr estats::Layout kLayouts[] = {
-    {0x91201742, {C(0, 7)}},
+struct EEthernetOAMStats::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Counter("InformationPDUsSent", &EEthernetOAMStats::m_InformationPDUsSent),
+      Counter("InformationPDUsReceived", &EEthernetOAMStats::m_InformationPDUsReceived),
+      Counter("EventNotificationPDUsReceived", &EEthernetOAMStats::m_EventNotificationPDUsReceived),
+      Counter("LoopbackControlPDUsReceived", &EEthernetOAMStats::m_LoopbackControlPDUsReceived),
+      Counter("OrgPDUsReceived", &EEthernetOAMStats::m_OrgPDUsReceived),
+      Counter("VariableRequestPDUsReceived", &EEthernetOAMStats::m_VariableRequestPDUsReceived),
+      Counter("VariableResponsePDUsReceived", &EEthernetOAMStats::m_VariableResponsePDUsReceived),
+      Counter("UnsupportedPDUsReceived", &EEthernetOAMStats::m_UnsupportedPDUsReceived));
+  static constexpr Layout kLayouts[] = {{0x91201742}};
+  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMStats", 149,
+                                                 "EEthernetOAMStats::SerializeIn"};
 };
-
-}  // namespace
-
-const estats::ArchiveForm EEthernetOAMStats::kArchiveForm(kLayouts,
-                                                          {"x86_64/common/ehal/eEthernetOAMStats",
-                                                           149, "EEthernetOAMStats::SerializeIn"},
-                                                          estats::SignatureText::kUnsigned);
 
 std::string EEthernetOAMStats::ToString() const {
   struct Item {
@@ -37,3 +42,6 @@ std::string EEthernetOAMStats::ToString() const {
   }
   return text;
 }
+
+template class ERecord<EEthernetOAMStats>;
+template class EStatsRecord<EEthernetOAMStats>;

@@ -1,16 +1,21 @@
 #include "eGreStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {1, {C(0, 3)}},
+// A foreign signature is reported under the name of the matching parameters reader, the text that
+// clients of this record have always seen.
+struct EGreStats::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Counter("GreFramesSent", &EGreStats::m_GreFramesSent),
+                      Counter("GreFramesReceived", &EGreStats::m_GreFramesReceived),
+                      Counter("GreBytesSent", &EGreStats::m_GreBytesSent),
+                      Counter("GreBytesReceived", &EGreStats::m_GreBytesReceived));
+  static constexpr Layout kLayouts[] = {{1}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eGreStats", 93,
+                                                 "EGreParameters::SerializeIn"};
 };
 
-}  // namespace
-
-// A foreign signature is reported under the name of the matching parameters reader, the text
-// that clients of this record have always seen.
-const estats::ArchiveForm EGreStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/eGreStats", 93,
-                                                             "EGreParameters::SerializeIn"});
+template class ERecord<EGreStats>;
+template class EStatsRecord<EGreStats>;

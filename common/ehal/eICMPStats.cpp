@@ -1,17 +1,21 @@
 #include "eICMPStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {0x18321311, {C(0), C(3)}},
-    {0x18321312, {C(1), C(2), C(0), C(3)}},
+// The newer layout put two counters in front. A foreign signature is reported under the name of the
+// matching parameters reader, the text that clients of this record have always seen.
+struct EICMPStats::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Counter("EchoResponsesReceived", &EICMPStats::m_EchoResponsesReceived),
+                      Counter("EchoRequestsSent", &EICMPStats::m_EchoRequestsSent),
+                      Counter("EchoResponsesSent", &EICMPStats::m_EchoResponsesSent),
+                      Counter("EchoRequestsReceived", &EICMPStats::m_EchoRequestsReceived));
+  static constexpr Layout kLayouts[] = {{0x18321312}, {0x18321311, Lacking(2)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eICMPStats", 103,
+                                                 "EICMPParameters::SerializeIn"};
 };
 
-}  // namespace
-
-// A foreign signature is reported under the name of the matching parameters reader, the text
-// that clients of this record have always seen.
-const estats::ArchiveForm EICMPStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/eICMPStats", 103,
-                                                              "EICMPParameters::SerializeIn"});
+template class ERecord<EICMPStats>;
+template class EStatsRecord<EICMPStats>;

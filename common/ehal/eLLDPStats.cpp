@@ -1,17 +1,23 @@
 #include "eLLDPStats.h"
 
-using estats::C;
-using estats::kDropped;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-// The first layout carries two values the record no longer keeps, and no neighbour count.
-constexpr estats::Layout kLayouts[] = {
-    {0x21080128, {C(0, 2), kDropped, C(3), kDropped, C(5)}},
-    {0x21080129, {C(4), C(0, 3), C(5)}},
+struct ELLDPStats::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Counter("LLDPNeighborCount", &ELLDPStats::m_LLDPNeighborCount),
+                      Counter("LLDPSent", &ELLDPStats::m_LLDPSent),
+                      Counter("LLDPReceived", &ELLDPStats::m_LLDPReceived),
+                      Counter("LLDPRxAgeout", &ELLDPStats::m_LLDPRxAgeout),
+                      Counter("LLDPRxError", &ELLDPStats::m_LLDPRxError),
+                      Counter("LLDPRxTlvUnrecognized", &ELLDPStats::m_LLDPRxTlvUnrecognized));
+  // The first layout carries two values the record no longer keeps and no neighbour count.
+  static constexpr int kFirstLayout[] = {1, 2, 3, kDropped, 4, kDropped, 5};
+  static constexpr Layout kLayouts[] = {{0x21080129}, {0x21080128, kFirstLayout}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eLldpStats", 125,
+                                                 "ELLDPStats::SerializeIn"};
 };
 
-}  // namespace
-
-const estats::ArchiveForm ELLDPStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/eLldpStats", 125,
-                                                              "ELLDPStats::SerializeIn"});
+template class ERecord<ELLDPStats>;
+template class EStatsRecord<ELLDPStats>;

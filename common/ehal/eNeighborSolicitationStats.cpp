@@ -1,17 +1,24 @@
 #include "eNeighborSolicitationStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {0x18321311, {C(0, 3)}},
+// A foreign signature is reported under the name of the matching parameters reader, the text that
+// clients of this record have always seen.
+struct ENeighborSolicitationStats::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Counter("Icmp6OutNeighborSolicits", &ENeighborSolicitationStats::m_Icmp6OutNeighborSolicits),
+      Counter("Icmp6OutNeighborAdvertisements",
+              &ENeighborSolicitationStats::m_Icmp6OutNeighborAdvertisements),
+      Counter("Icmp6InNeighborSolicits", &ENeighborSolicitationStats::m_Icmp6InNeighborSolicits),
+      Counter("Icmp6InNeighborAdvertisements",
+              &ENeighborSolicitationStats::m_Icmp6InNeighborAdvertisements));
+  static constexpr Layout kLayouts[] = {{0x18321311}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eNeighborSolicitationStats",
+                                                 106,
+                                                 "ENeighborSolicitationParameters::SerializeIn"};
 };
 
-}  // namespace
-
-// A foreign signature is reported under the name of the matching parameters reader, the text
-// that clients of this record have always seen.
-const estats::ArchiveForm ENeighborSolicitationStats::kArchiveForm(
-    kLayouts, {"x86_64/common/ehal/eNeighborSolicitationStats", 106,
-               "ENeighborSolicitationParameters::SerializeIn"});
+template class ERecord<ENeighborSolicitationStats>;
+template class EStatsRecord<ENeighborSolicitationStats>;

@@ -1,24 +1,36 @@
 #include "ePTPStats.h"
 
-using estats::C;
-using estats::Text;
-using estats::U64;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-using PTP = EPTPStats;
-
-// Layouts 1 and 2 carry the same fields; 3 puts the clock state ahead of the counters.
-constexpr estats::Layout kLayouts[] = {
-    {1, {C(0, 9)}},
-    {2, {C(0, 9)}},
-    {3,
-     {C(PTP::kPortState, PTP::kGrandmasterPriority1),
-      U64(PTP::kOffsetFromMaster, PTP::kGrandmasterIdentity),
-      Text(PTP::kPortIdentity, PTP::kTimeSource), C(0, 9)}},
+// Layout 3 put the clock state ahead of the counters; layouts 1 and 2 carry only the counters.
+struct EPTPStats::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("PortState", &EPTPStats::m_PortState),
+      Field("StepsRemoved", &EPTPStats::m_StepsRemoved),
+      Field("GrandmasterClockClass", &EPTPStats::m_GrandmasterClockClass),
+      Field("GrandmasterPriority1", &EPTPStats::m_GrandmasterPriority1),
+      Field("OffsetFromMaster", &EPTPStats::m_OffsetFromMaster),
+      Field("MeanPathDelay", &EPTPStats::m_MeanPathDelay),
+      Field("ClockIdentity", &EPTPStats::m_ClockIdentity),
+      Field("GrandmasterIdentity", &EPTPStats::m_GrandmasterIdentity),
+      Field("PortIdentity", &EPTPStats::m_PortIdentity),
+      Field("ParentPortIdentity", &EPTPStats::m_ParentPortIdentity),
+      Field("TimeSource", &EPTPStats::m_TimeSource), Counter("SyncSent", &EPTPStats::m_SyncSent),
+      Counter("SyncReceived", &EPTPStats::m_SyncReceived),
+      Counter("FollowUpSent", &EPTPStats::m_FollowUpSent),
+      Counter("FollowUpReceived", &EPTPStats::m_FollowUpReceived),
+      Counter("DelayRequestsSent", &EPTPStats::m_DelayRequestsSent),
+      Counter("DelayRequestsReceived", &EPTPStats::m_DelayRequestsReceived),
+      Counter("DelayResponsesSent", &EPTPStats::m_DelayResponsesSent),
+      Counter("DelayResponsesReceived", &EPTPStats::m_DelayResponsesReceived),
+      Counter("AnnouncesSent", &EPTPStats::m_AnnouncesSent),
+      Counter("AnnouncesReceived", &EPTPStats::m_AnnouncesReceived));
+  static constexpr Layout kLayouts[] = {{3}, {2, Lacking(11)}, {1, Lacking(11)}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePTPStats", 195,
+                                                 "EPTPStats::SerializeIn"};
 };
 
-}  // namespace
-
-const estats::ArchiveForm EPTPStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/ePTPStats", 195,
-                                                             "EPTPStats::SerializeIn"});
+template class ERecord<EPTPStats>;
+template class EStatsRecord<EPTPStats>;

@@ -1,16 +1,18 @@
 #include "eVLANStats.h"
 
-using estats::C;
+#include "eStatsSchema.h"
 
-namespace {
+using namespace eHal::detail;
 
-constexpr estats::Layout kLayouts[] = {
-    {0x18321311, {C(0)}},
+// A foreign signature is reported under the name of the matching parameters reader, the text that
+// clients of this record have always seen.
+struct EVLANStats::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Counter("DroppedPackets", &EVLANStats::m_DroppedPackets));
+  static constexpr Layout kLayouts[] = {{0x18321311}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eVLANStats", 85,
+                                                 "EVLANParameters::SerializeIn"};
 };
 
-}  // namespace
-
-// A foreign signature is reported under the name of the matching parameters reader, the text
-// that clients of this record have always seen.
-const estats::ArchiveForm EVLANStats::kArchiveForm(kLayouts, {"x86_64/common/ehal/eVLANStats", 85,
-                                                              "EVLANParameters::SerializeIn"});
+template class ERecord<EVLANStats>;
+template class EStatsRecord<EVLANStats>;

@@ -4,22 +4,23 @@
 
 #include "eStatsRecord.h"
 
-// Two unsigned 16-bit fields (timeout, retries) and no counters.
-class EARPParameters : public EStatsRecord<EARPParameters, estats::Fields<0, 0, 0, 0, 2>> {
+// Two unsigned 16-bit settings and no counters; a fresh or emptied record holds the defaults.
+class EARPParameters : public EStatsRecord<EARPParameters> {
  public:
   static constexpr unsigned short kDefaultTimeout = 3;
   static constexpr unsigned short kDefaultRetries = 5;
 
-  void SetTimeout(unsigned short value) { SetShort(0, value); }
-  unsigned short GetTimeout() const { return Short(0); }
-  void SetRetries(unsigned short value) { SetShort(1, value); }
-  unsigned short GetRetries() const { return Short(1); }
+  void SetTimeout(unsigned short value) { m_Timeout = value; }
+  unsigned short GetTimeout() const { return m_Timeout; }
+  void SetRetries(unsigned short value) { m_Retries = value; }
+  unsigned short GetRetries() const { return m_Retries; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eARPParameters.cpp
 
  private:
-  friend EStatsRecord;
-  // A fresh or emptied record holds the default timeout and retry count.
-  static Fields InitialFields() { return Fields{{}, {}, {}, {kDefaultTimeout, kDefaultRetries}}; }
+  unsigned short m_Timeout = kDefaultTimeout;
+  unsigned short m_Retries = kDefaultRetries;
 };
+
+extern template class ERecord<EARPParameters>;
+extern template class EStatsRecord<EARPParameters>;

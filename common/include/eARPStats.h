@@ -4,19 +4,27 @@
 
 #include "eStatsRecord.h"
 
-class EARPStats : public EStatsRecord<EARPStats, estats::Fields<4>> {
+class EARPStats : public EStatsRecord<EARPStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
 
-  void SetResponsesSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetResponsesSent() const { return Word(0); }
-  void SetResponsesReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetResponsesReceived() const { return Word(1); }
-  void SetRequestsSent(unsigned int value) { SetWord(2, value); }
-  unsigned int GetRequestsSent() const { return Word(2); }
-  void SetRequestsReceived(unsigned int value) { SetWord(3, value); }
-  unsigned int GetRequestsReceived() const { return Word(3); }
+  void SetResponsesSent(unsigned int value) { m_ResponsesSent = value; }
+  unsigned int GetResponsesSent() const { return m_ResponsesSent; }
+  void SetResponsesReceived(unsigned int value) { m_ResponsesReceived = value; }
+  unsigned int GetResponsesReceived() const { return m_ResponsesReceived; }
+  void SetRequestsSent(unsigned int value) { m_RequestsSent = value; }
+  unsigned int GetRequestsSent() const { return m_RequestsSent; }
+  void SetRequestsReceived(unsigned int value) { m_RequestsReceived = value; }
+  unsigned int GetRequestsReceived() const { return m_RequestsReceived; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eARPStats.cpp
+
+ private:
+  unsigned int m_ResponsesSent = 0;
+  unsigned int m_ResponsesReceived = 0;
+  unsigned int m_RequestsSent = 0;
+  unsigned int m_RequestsReceived = 0;
 };
+
+extern template class ERecord<EARPStats>;
+extern template class EStatsRecord<EARPStats>;

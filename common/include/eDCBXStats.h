@@ -4,52 +4,76 @@
 
 #include "eStatsRecord.h"
 
-class EDCBXStats : public EStatsRecord<EDCBXStats, estats::Fields<20>> {
+class EDCBXStats : public EStatsRecord<EDCBXStats> {
  public:
   using EStatsRecord::operator+;
   using EStatsRecord::operator!=;
 
-  void SetDCBXSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetDCBXSent() const { return Word(0); }
-  void SetDCBXReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetDCBXReceived() const { return Word(1); }
-  void SetDCBXRxError(unsigned int value) { SetWord(2, value); }
-  unsigned int GetDCBXRxError() const { return Word(2); }
-  void SetControlTlvSent(unsigned int value) { SetWord(3, value); }
-  unsigned int GetControlTlvSent() const { return Word(3); }
-  void SetControlTlvReceived(unsigned int value) { SetWord(4, value); }
-  unsigned int GetControlTlvReceived() const { return Word(4); }
-  void SetPriorityGroupTlvSent(unsigned int value) { SetWord(5, value); }
-  unsigned int GetPriorityGroupTlvSent() const { return Word(5); }
-  void SetPriorityGroupTlvReceived(unsigned int value) { SetWord(6, value); }
-  unsigned int GetPriorityGroupTlvReceived() const { return Word(6); }
-  void SetPFCTlvSent(unsigned int value) { SetWord(7, value); }
-  unsigned int GetPFCTlvSent() const { return Word(7); }
-  void SetPFCTlvReceived(unsigned int value) { SetWord(8, value); }
-  unsigned int GetPFCTlvReceived() const { return Word(8); }
-  void SetFCoETlvSent(unsigned int value) { SetWord(9, value); }
-  unsigned int GetFCoETlvSent() const { return Word(9); }
-  void SetFCoETlvReceived(unsigned int value) { SetWord(10, value); }
-  unsigned int GetFCoETlvReceived() const { return Word(10); }
-  void SetFCoELogicalLinkTlvSent(unsigned int value) { SetWord(11, value); }
-  unsigned int GetFCoELogicalLinkTlvSent() const { return Word(11); }
-  void SetFCoELogicalLinkTlvReceived(unsigned int value) { SetWord(12, value); }
-  unsigned int GetFCoELogicalLinkTlvReceived() const { return Word(12); }
-  void SetLANLogicalLinkTlvSent(unsigned int value) { SetWord(13, value); }
-  unsigned int GetLANLogicalLinkTlvSent() const { return Word(13); }
-  void SetLANLogicalLinkTlvReceived(unsigned int value) { SetWord(14, value); }
-  unsigned int GetLANLogicalLinkTlvReceived() const { return Word(14); }
-  void SetCustomizedDCBXTlvSent(unsigned int value) { SetWord(15, value); }
-  unsigned int GetCustomizedDCBXTlvSent() const { return Word(15); }
-  void SetCustomizedDCBXTlvReceived(unsigned int value) { SetWord(16, value); }
-  unsigned int GetCustomizedDCBXTlvReceived() const { return Word(16); }
-  void SetMismatchTlvDetected(unsigned int value) { SetWord(17, value); }
-  unsigned int GetMismatchTlvDetected() const { return Word(17); }
-  void SetiSCSITlvSent(unsigned int value) { SetWord(18, value); }
-  unsigned int GetiSCSITlvSent() const { return Word(18); }
-  void SetiSCSITlvReceived(unsigned int value) { SetWord(19, value); }
-  unsigned int GetiSCSITlvReceived() const { return Word(19); }
+  void SetDCBXSent(unsigned int value) { m_DCBXSent = value; }
+  unsigned int GetDCBXSent() const { return m_DCBXSent; }
+  void SetDCBXReceived(unsigned int value) { m_DCBXReceived = value; }
+  unsigned int GetDCBXReceived() const { return m_DCBXReceived; }
+  void SetDCBXRxError(unsigned int value) { m_DCBXRxError = value; }
+  unsigned int GetDCBXRxError() const { return m_DCBXRxError; }
+  void SetControlTlvSent(unsigned int value) { m_ControlTlvSent = value; }
+  unsigned int GetControlTlvSent() const { return m_ControlTlvSent; }
+  void SetControlTlvReceived(unsigned int value) { m_ControlTlvReceived = value; }
+  unsigned int GetControlTlvReceived() const { return m_ControlTlvReceived; }
+  void SetPriorityGroupTlvSent(unsigned int value) { m_PriorityGroupTlvSent = value; }
+  unsigned int GetPriorityGroupTlvSent() const { return m_PriorityGroupTlvSent; }
+  void SetPriorityGroupTlvReceived(unsigned int value) { m_PriorityGroupTlvReceived = value; }
+  unsigned int GetPriorityGroupTlvReceived() const { return m_PriorityGroupTlvReceived; }
+  void SetPFCTlvSent(unsigned int value) { m_PFCTlvSent = value; }
+  unsigned int GetPFCTlvSent() const { return m_PFCTlvSent; }
+  void SetPFCTlvReceived(unsigned int value) { m_PFCTlvReceived = value; }
+  unsigned int GetPFCTlvReceived() const { return m_PFCTlvReceived; }
+  void SetFCoETlvSent(unsigned int value) { m_FCoETlvSent = value; }
+  unsigned int GetFCoETlvSent() const { return m_FCoETlvSent; }
+  void SetFCoETlvReceived(unsigned int value) { m_FCoETlvReceived = value; }
+  unsigned int GetFCoETlvReceived() const { return m_FCoETlvReceived; }
+  void SetFCoELogicalLinkTlvSent(unsigned int value) { m_FCoELogicalLinkTlvSent = value; }
+  unsigned int GetFCoELogicalLinkTlvSent() const { return m_FCoELogicalLinkTlvSent; }
+  void SetFCoELogicalLinkTlvReceived(unsigned int value) { m_FCoELogicalLinkTlvReceived = value; }
+  unsigned int GetFCoELogicalLinkTlvReceived() const { return m_FCoELogicalLinkTlvReceived; }
+  void SetLANLogicalLinkTlvSent(unsigned int value) { m_LANLogicalLinkTlvSent = value; }
+  unsigned int GetLANLogicalLinkTlvSent() const { return m_LANLogicalLinkTlvSent; }
+  void SetLANLogicalLinkTlvReceived(unsigned int value) { m_LANLogicalLinkTlvReceived = value; }
+  unsigned int GetLANLogicalLinkTlvReceived() const { return m_LANLogicalLinkTlvReceived; }
+  void SetCustomizedDCBXTlvSent(unsigned int value) { m_CustomizedDCBXTlvSent = value; }
+  unsigned int GetCustomizedDCBXTlvSent() const { return m_CustomizedDCBXTlvSent; }
+  void SetCustomizedDCBXTlvReceived(unsigned int value) { m_CustomizedDCBXTlvReceived = value; }
+  unsigned int GetCustomizedDCBXTlvReceived() const { return m_CustomizedDCBXTlvReceived; }
+  void SetMismatchTlvDetected(unsigned int value) { m_MismatchTlvDetected = value; }
+  unsigned int GetMismatchTlvDetected() const { return m_MismatchTlvDetected; }
+  void SetiSCSITlvSent(unsigned int value) { m_iSCSITlvSent = value; }
+  unsigned int GetiSCSITlvSent() const { return m_iSCSITlvSent; }
+  void SetiSCSITlvReceived(unsigned int value) { m_iSCSITlvReceived = value; }
+  unsigned int GetiSCSITlvReceived() const { return m_iSCSITlvReceived; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eDCBXStats.cpp
+
+ private:
+  unsigned int m_DCBXSent = 0;
+  unsigned int m_DCBXReceived = 0;
+  unsigned int m_DCBXRxError = 0;
+  unsigned int m_ControlTlvSent = 0;
+  unsigned int m_ControlTlvReceived = 0;
+  unsigned int m_PriorityGroupTlvSent = 0;
+  unsigned int m_PriorityGroupTlvReceived = 0;
+  unsigned int m_PFCTlvSent = 0;
+  unsigned int m_PFCTlvReceived = 0;
+  unsigned int m_FCoETlvSent = 0;
+  unsigned int m_FCoETlvReceived = 0;
+  unsigned int m_FCoELogicalLinkTlvSent = 0;
+  unsigned int m_FCoELogicalLinkTlvReceived = 0;
+  unsigned int m_LANLogicalLinkTlvSent = 0;
+  unsigned int m_LANLogicalLinkTlvReceived = 0;
+  unsigned int m_CustomizedDCBXTlvSent = 0;
+  unsigned int m_CustomizedDCBXTlvReceived = 0;
+  unsigned int m_MismatchTlvDetected = 0;
+  unsigned int m_iSCSITlvSent = 0;
+  unsigned int m_iSCSITlvReceived = 0;
 };
+
+extern template class ERecord<EDCBXStats>;
+extern template class EStatsRecord<EDCBXStats>;

@@ -4,29 +4,41 @@
 
 #include "eStatsRecord.h"
 
-class EDHCPStats : public EStatsRecord<EDHCPStats, estats::Fields<8>> {
+class EDHCPStats : public EStatsRecord<EDHCPStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
   using EStatsRecord::operator+;
   using EStatsRecord::operator!=;
 
-  void SetDHCPDiscoversSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetDHCPDiscoversSent() const { return Word(0); }
-  void SetDHCPDiscoversOffersReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetDHCPDiscoversOffersReceived() const { return Word(1); }
-  void SetDHCPRequestsSent(unsigned int value) { SetWord(2, value); }
-  unsigned int GetDHCPRequestsSent() const { return Word(2); }
-  void SetDHCPEnabledInterfaces(unsigned int value) { SetWord(3, value); }
-  unsigned int GetDHCPEnabledInterfaces() const { return Word(3); }
-  void SetDHCPAddressesDiscovered(unsigned int value) { SetWord(4, value); }
-  unsigned int GetDHCPAddressesDiscovered() const { return Word(4); }
-  void SetDHCPACKReceived(unsigned int value) { SetWord(5, value); }
-  unsigned int GetDHCPACKReceived() const { return Word(5); }
-  void SetDHCPNAKReceived(unsigned int value) { SetWord(6, value); }
-  unsigned int GetDHCPNAKReceived() const { return Word(6); }
-  void SetDHCPReleasesSent(unsigned int value) { SetWord(7, value); }
-  unsigned int GetDHCPReleasesSent() const { return Word(7); }
+  void SetDHCPDiscoversSent(unsigned int value) { m_DHCPDiscoversSent = value; }
+  unsigned int GetDHCPDiscoversSent() const { return m_DHCPDiscoversSent; }
+  void SetDHCPDiscoversOffersReceived(unsigned int value) { m_DHCPDiscoversOffersReceived = value; }
+  unsigned int GetDHCPDiscoversOffersReceived() const { return m_DHCPDiscoversOffersReceived; }
+  void SetDHCPRequestsSent(unsigned int value) { m_DHCPRequestsSent = value; }
+  unsigned int GetDHCPRequestsSent() const { return m_DHCPRequestsSent; }
+  void SetDHCPEnabledInterfaces(unsigned int value) { m_DHCPEnabledInterfaces = value; }
+  unsigned int GetDHCPEnabledInterfaces() const { return m_DHCPEnabledInterfaces; }
+  void SetDHCPAddressesDiscovered(unsigned int value) { m_DHCPAddressesDiscovered = value; }
+  unsigned int GetDHCPAddressesDiscovered() const { return m_DHCPAddressesDiscovered; }
+  void SetDHCPACKReceived(unsigned int value) { m_DHCPACKReceived = value; }
+  unsigned int GetDHCPACKReceived() const { return m_DHCPACKReceived; }
+  void SetDHCPNAKReceived(unsigned int value) { m_DHCPNAKReceived = value; }
+  unsigned int GetDHCPNAKReceived() const { return m_DHCPNAKReceived; }
+  void SetDHCPReleasesSent(unsigned int value) { m_DHCPReleasesSent = value; }
+  unsigned int GetDHCPReleasesSent() const { return m_DHCPReleasesSent; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eDHCPStats.cpp
+
+ private:
+  unsigned int m_DHCPDiscoversSent = 0;
+  unsigned int m_DHCPDiscoversOffersReceived = 0;
+  unsigned int m_DHCPRequestsSent = 0;
+  unsigned int m_DHCPEnabledInterfaces = 0;
+  unsigned int m_DHCPAddressesDiscovered = 0;
+  unsigned int m_DHCPACKReceived = 0;
+  unsigned int m_DHCPNAKReceived = 0;
+  unsigned int m_DHCPReleasesSent = 0;
 };
+
+extern template class ERecord<EDHCPStats>;
+extern template class EStatsRecord<EDHCPStats>;

@@ -4,29 +4,43 @@
 
 #include "eStatsRecord.h"
 
-class EDHCPv6Stats : public EStatsRecord<EDHCPv6Stats, estats::Fields<8>> {
+class EDHCPv6Stats : public EStatsRecord<EDHCPv6Stats> {
  public:
   using EStatsRecord::FillListWithAllIds;
   using EStatsRecord::operator+;
   using EStatsRecord::operator!=;
 
-  void SetDHCPv6SolicitsSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetDHCPv6SolicitsSent() const { return Word(0); }
-  void SetDHCPv6AdvertisementsReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetDHCPv6AdvertisementsReceived() const { return Word(1); }
-  void SetDHCPv6RequestsSent(unsigned int value) { SetWord(2, value); }
-  unsigned int GetDHCPv6RequestsSent() const { return Word(2); }
-  void SetDHCPv6EnabledInterfaces(unsigned int value) { SetWord(3, value); }
-  unsigned int GetDHCPv6EnabledInterfaces() const { return Word(3); }
-  void SetDHCPv6AddressesDiscovered(unsigned int value) { SetWord(4, value); }
-  unsigned int GetDHCPv6AddressesDiscovered() const { return Word(4); }
-  void SetDHCPv6DeclinesSent(unsigned int value) { SetWord(5, value); }
-  unsigned int GetDHCPv6DeclinesSent() const { return Word(5); }
-  void SetDHCPv6RepliesReceived(unsigned int value) { SetWord(6, value); }
-  unsigned int GetDHCPv6RepliesReceived() const { return Word(6); }
-  void SetDHCPv6ReleasesSent(unsigned int value) { SetWord(7, value); }
-  unsigned int GetDHCPv6ReleasesSent() const { return Word(7); }
+  void SetDHCPv6SolicitsSent(unsigned int value) { m_DHCPv6SolicitsSent = value; }
+  unsigned int GetDHCPv6SolicitsSent() const { return m_DHCPv6SolicitsSent; }
+  void SetDHCPv6AdvertisementsReceived(unsigned int value) {
+    m_DHCPv6AdvertisementsReceived = value;
+  }
+  unsigned int GetDHCPv6AdvertisementsReceived() const { return m_DHCPv6AdvertisementsReceived; }
+  void SetDHCPv6RequestsSent(unsigned int value) { m_DHCPv6RequestsSent = value; }
+  unsigned int GetDHCPv6RequestsSent() const { return m_DHCPv6RequestsSent; }
+  void SetDHCPv6EnabledInterfaces(unsigned int value) { m_DHCPv6EnabledInterfaces = value; }
+  unsigned int GetDHCPv6EnabledInterfaces() const { return m_DHCPv6EnabledInterfaces; }
+  void SetDHCPv6AddressesDiscovered(unsigned int value) { m_DHCPv6AddressesDiscovered = value; }
+  unsigned int GetDHCPv6AddressesDiscovered() const { return m_DHCPv6AddressesDiscovered; }
+  void SetDHCPv6DeclinesSent(unsigned int value) { m_DHCPv6DeclinesSent = value; }
+  unsigned int GetDHCPv6DeclinesSent() const { return m_DHCPv6DeclinesSent; }
+  void SetDHCPv6RepliesReceived(unsigned int value) { m_DHCPv6RepliesReceived = value; }
+  unsigned int GetDHCPv6RepliesReceived() const { return m_DHCPv6RepliesReceived; }
+  void SetDHCPv6ReleasesSent(unsigned int value) { m_DHCPv6ReleasesSent = value; }
+  unsigned int GetDHCPv6ReleasesSent() const { return m_DHCPv6ReleasesSent; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eDHCPv6Stats.cpp
+
+ private:
+  unsigned int m_DHCPv6SolicitsSent = 0;
+  unsigned int m_DHCPv6AdvertisementsReceived = 0;
+  unsigned int m_DHCPv6RequestsSent = 0;
+  unsigned int m_DHCPv6EnabledInterfaces = 0;
+  unsigned int m_DHCPv6AddressesDiscovered = 0;
+  unsigned int m_DHCPv6DeclinesSent = 0;
+  unsigned int m_DHCPv6RepliesReceived = 0;
+  unsigned int m_DHCPv6ReleasesSent = 0;
 };
+
+extern template class ERecord<EDHCPv6Stats>;
+extern template class EStatsRecord<EDHCPv6Stats>;

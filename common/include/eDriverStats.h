@@ -4,19 +4,27 @@
 
 #include "eStatsRecord.h"
 
-class EDriverStats : public EStatsRecord<EDriverStats, estats::Fields<4>> {
+class EDriverStats : public EStatsRecord<EDriverStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
 
-  void SetPacketsSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetPacketsSent() const { return Word(0); }
-  void SetPacketsReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetPacketsReceived() const { return Word(1); }
-  void SetPacketsDroppedByDriver(unsigned int value) { SetWord(2, value); }
-  unsigned int GetPacketsDroppedByDriver() const { return Word(2); }
-  void SetPacketsReceiveOverflow(unsigned int value) { SetWord(3, value); }
-  unsigned int GetPacketsReceiveOverflow() const { return Word(3); }
+  void SetPacketsSent(unsigned int value) { m_PacketsSent = value; }
+  unsigned int GetPacketsSent() const { return m_PacketsSent; }
+  void SetPacketsReceived(unsigned int value) { m_PacketsReceived = value; }
+  unsigned int GetPacketsReceived() const { return m_PacketsReceived; }
+  void SetPacketsDroppedByDriver(unsigned int value) { m_PacketsDroppedByDriver = value; }
+  unsigned int GetPacketsDroppedByDriver() const { return m_PacketsDroppedByDriver; }
+  void SetPacketsReceiveOverflow(unsigned int value) { m_PacketsReceiveOverflow = value; }
+  unsigned int GetPacketsReceiveOverflow() const { return m_PacketsReceiveOverflow; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eDriverStats.cpp
+
+ private:
+  unsigned int m_PacketsSent = 0;
+  unsigned int m_PacketsReceived = 0;
+  unsigned int m_PacketsDroppedByDriver = 0;
+  unsigned int m_PacketsReceiveOverflow = 0;
 };
+
+extern template class ERecord<EDriverStats>;
+extern template class EStatsRecord<EDriverStats>;

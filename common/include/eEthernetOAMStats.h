@@ -6,7 +6,7 @@
 
 #include "eStatsRecord.h"
 
-class EEthernetOAMStats : public EStatsRecord<EEthernetOAMStats, estats::Fields<8>> {
+class EEthernetOAMStats : public EStatsRecord<EEthernetOAMStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
   using EStatsRecord::operator+;
@@ -14,27 +14,43 @@ class EEthernetOAMStats : public EStatsRecord<EEthernetOAMStats, estats::Fields<
   using EStatsRecord::operator!=;
   using EStatsRecord::Swap;
 
-  void SetInformationPDUsSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetInformationPDUsSent() const { return Word(0); }
-  void SetInformationPDUsReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetInformationPDUsReceived() const { return Word(1); }
-  void SetEventNotificationPDUsReceived(unsigned int value) { SetWord(2, value); }
-  unsigned int GetEventNotificationPDUsReceived() const { return Word(2); }
-  void SetLoopbackControlPDUsReceived(unsigned int value) { SetWord(3, value); }
-  unsigned int GetLoopbackControlPDUsReceived() const { return Word(3); }
-  void SetOrgPDUsReceived(unsigned int value) { SetWord(4, value); }
-  unsigned int GetOrgPDUsReceived() const { return Word(4); }
-  void SetVariableRequestPDUsReceived(unsigned int value) { SetWord(5, value); }
-  unsigned int GetVariableRequestPDUsReceived() const { return Word(5); }
-  void SetVariableResponsePDUsReceived(unsigned int value) { SetWord(6, value); }
-  unsigned int GetVariableResponsePDUsReceived() const { return Word(6); }
-  void SetUnsupportedPDUsReceived(unsigned int value) { SetWord(7, value); }
-  unsigned int GetUnsupportedPDUsReceived() const { return Word(7); }
+  void SetInformationPDUsSent(unsigned int value) { m_InformationPDUsSent = value; }
+  unsigned int GetInformationPDUsSent() const { return m_InformationPDUsSent; }
+  void SetInformationPDUsReceived(unsigned int value) { m_InformationPDUsReceived = value; }
+  unsigned int GetInformationPDUsReceived() const { return m_InformationPDUsReceived; }
+  void SetEventNotificationPDUsReceived(unsigned int value) {
+    m_EventNotificationPDUsReceived = value;
+  }
+  unsigned int GetEventNotificationPDUsReceived() const { return m_EventNotificationPDUsReceived; }
+  void SetLoopbackControlPDUsReceived(unsigned int value) { m_LoopbackControlPDUsReceived = value; }
+  unsigned int GetLoopbackControlPDUsReceived() const { return m_LoopbackControlPDUsReceived; }
+  void SetOrgPDUsReceived(unsigned int value) { m_OrgPDUsReceived = value; }
+  unsigned int GetOrgPDUsReceived() const { return m_OrgPDUsReceived; }
+  void SetVariableRequestPDUsReceived(unsigned int value) { m_VariableRequestPDUsReceived = value; }
+  unsigned int GetVariableRequestPDUsReceived() const { return m_VariableRequestPDUsReceived; }
+  void SetVariableResponsePDUsReceived(unsigned int value) {
+    m_VariableResponsePDUsReceived = value;
+  }
+  unsigned int GetVariableResponsePDUsReceived() const { return m_VariableResponsePDUsReceived; }
+  void SetUnsupportedPDUsReceived(unsigned int value) { m_UnsupportedPDUsReceived = value; }
+  unsigned int GetUnsupportedPDUsReceived() const { return m_UnsupportedPDUsReceived; }
 
   // ", Information PDUs Sent: <n>, ..." (every counter but OrgPDUsReceived), to be appended
   // to a caller's prefix.
   std::string ToString() const;
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eEthernetOAMStats.cpp
+
+ private:
+  unsigned int m_InformationPDUsSent = 0;
+  unsigned int m_InformationPDUsReceived = 0;
+  unsigned int m_EventNotificationPDUsReceived = 0;
+  unsigned int m_LoopbackControlPDUsReceived = 0;
+  unsigned int m_OrgPDUsReceived = 0;
+  unsigned int m_VariableRequestPDUsReceived = 0;
+  unsigned int m_VariableResponsePDUsReceived = 0;
+  unsigned int m_UnsupportedPDUsReceived = 0;
 };
+
+extern template class ERecord<EEthernetOAMStats>;
+extern template class EStatsRecord<EEthernetOAMStats>;

@@ -4,19 +4,27 @@
 
 #include "eStatsRecord.h"
 
-class EGreStats : public EStatsRecord<EGreStats, estats::Fields<4>> {
+class EGreStats : public EStatsRecord<EGreStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
 
-  void SetGreFramesSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetGreFramesSent() const { return Word(0); }
-  void SetGreFramesReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetGreFramesReceived() const { return Word(1); }
-  void SetGreBytesSent(unsigned int value) { SetWord(2, value); }
-  unsigned int GetGreBytesSent() const { return Word(2); }
-  void SetGreBytesReceived(unsigned int value) { SetWord(3, value); }
-  unsigned int GetGreBytesReceived() const { return Word(3); }
+  void SetGreFramesSent(unsigned int value) { m_GreFramesSent = value; }
+  unsigned int GetGreFramesSent() const { return m_GreFramesSent; }
+  void SetGreFramesReceived(unsigned int value) { m_GreFramesReceived = value; }
+  unsigned int GetGreFramesReceived() const { return m_GreFramesReceived; }
+  void SetGreBytesSent(unsigned int value) { m_GreBytesSent = value; }
+  unsigned int GetGreBytesSent() const { return m_GreBytesSent; }
+  void SetGreBytesReceived(unsigned int value) { m_GreBytesReceived = value; }
+  unsigned int GetGreBytesReceived() const { return m_GreBytesReceived; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eGreStats.cpp
+
+ private:
+  unsigned int m_GreFramesSent = 0;
+  unsigned int m_GreFramesReceived = 0;
+  unsigned int m_GreBytesSent = 0;
+  unsigned int m_GreBytesReceived = 0;
 };
+
+extern template class ERecord<EGreStats>;
+extern template class EStatsRecord<EGreStats>;

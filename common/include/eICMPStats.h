@@ -4,19 +4,27 @@
 
 #include "eStatsRecord.h"
 
-class EICMPStats : public EStatsRecord<EICMPStats, estats::Fields<4>> {
+class EICMPStats : public EStatsRecord<EICMPStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
 
-  void SetEchoResponsesSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetEchoResponsesSent() const { return Word(0); }
-  void SetEchoResponsesReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetEchoResponsesReceived() const { return Word(1); }
-  void SetEchoRequestsSent(unsigned int value) { SetWord(2, value); }
-  unsigned int GetEchoRequestsSent() const { return Word(2); }
-  void SetEchoRequestsReceived(unsigned int value) { SetWord(3, value); }
-  unsigned int GetEchoRequestsReceived() const { return Word(3); }
+  void SetEchoResponsesSent(unsigned int value) { m_EchoResponsesSent = value; }
+  unsigned int GetEchoResponsesSent() const { return m_EchoResponsesSent; }
+  void SetEchoResponsesReceived(unsigned int value) { m_EchoResponsesReceived = value; }
+  unsigned int GetEchoResponsesReceived() const { return m_EchoResponsesReceived; }
+  void SetEchoRequestsSent(unsigned int value) { m_EchoRequestsSent = value; }
+  unsigned int GetEchoRequestsSent() const { return m_EchoRequestsSent; }
+  void SetEchoRequestsReceived(unsigned int value) { m_EchoRequestsReceived = value; }
+  unsigned int GetEchoRequestsReceived() const { return m_EchoRequestsReceived; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eICMPStats.cpp
+
+ private:
+  unsigned int m_EchoResponsesSent = 0;
+  unsigned int m_EchoResponsesReceived = 0;
+  unsigned int m_EchoRequestsSent = 0;
+  unsigned int m_EchoRequestsReceived = 0;
 };
+
+extern template class ERecord<EICMPStats>;
+extern template class EStatsRecord<EICMPStats>;

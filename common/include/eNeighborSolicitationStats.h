@@ -4,21 +4,34 @@
 
 #include "eStatsRecord.h"
 
-class ENeighborSolicitationStats
-    : public EStatsRecord<ENeighborSolicitationStats, estats::Fields<4>> {
+class ENeighborSolicitationStats : public EStatsRecord<ENeighborSolicitationStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
   using EStatsRecord::Swap;
 
-  void SetIcmp6OutNeighborSolicits(unsigned int value) { SetWord(0, value); }
-  unsigned int GetIcmp6OutNeighborSolicits() const { return Word(0); }
-  void SetIcmp6OutNeighborAdvertisements(unsigned int value) { SetWord(1, value); }
-  unsigned int GetIcmp6OutNeighborAdvertisements() const { return Word(1); }
-  void SetIcmp6InNeighborSolicits(unsigned int value) { SetWord(2, value); }
-  unsigned int GetIcmp6InNeighborSolicits() const { return Word(2); }
-  void SetIcmp6InNeighborAdvertisements(unsigned int value) { SetWord(3, value); }
-  unsigned int GetIcmp6InNeighborAdvertisements() const { return Word(3); }
+  void SetIcmp6OutNeighborSolicits(unsigned int value) { m_Icmp6OutNeighborSolicits = value; }
+  unsigned int GetIcmp6OutNeighborSolicits() const { return m_Icmp6OutNeighborSolicits; }
+  void SetIcmp6OutNeighborAdvertisements(unsigned int value) {
+    m_Icmp6OutNeighborAdvertisements = value;
+  }
+  unsigned int GetIcmp6OutNeighborAdvertisements() const {
+    return m_Icmp6OutNeighborAdvertisements;
+  }
+  void SetIcmp6InNeighborSolicits(unsigned int value) { m_Icmp6InNeighborSolicits = value; }
+  unsigned int GetIcmp6InNeighborSolicits() const { return m_Icmp6InNeighborSolicits; }
+  void SetIcmp6InNeighborAdvertisements(unsigned int value) {
+    m_Icmp6InNeighborAdvertisements = value;
+  }
+  unsigned int GetIcmp6InNeighborAdvertisements() const { return m_Icmp6InNeighborAdvertisements; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eNeighborSolicitationStats.cpp
+
+ private:
+  unsigned int m_Icmp6OutNeighborSolicits = 0;
+  unsigned int m_Icmp6OutNeighborAdvertisements = 0;
+  unsigned int m_Icmp6InNeighborSolicits = 0;
+  unsigned int m_Icmp6InNeighborAdvertisements = 0;
 };
+
+extern template class ERecord<ENeighborSolicitationStats>;
+extern template class EStatsRecord<ENeighborSolicitationStats>;

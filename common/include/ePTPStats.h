@@ -2,52 +2,63 @@
 // with the clock state last seen, as reported to its clients through an archive.
 #pragma once
 
+#include <string>
+
 #include "eStatsRecord.h"
 
-// Ten counters, then four 32-bit values, four 64-bit values and three texts of clock state.
-class EPTPStats : public EStatsRecord<EPTPStats, estats::Fields<10, 4, 4, 3>> {
+class EPTPStats : public EStatsRecord<EPTPStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
   using EStatsRecord::operator+;
   using EStatsRecord::operator!=;
 
-  void SetSyncSent(unsigned int value) { SetWord(0, value); }
-  unsigned int GetSyncSent() const { return Word(0); }
-  void SetSyncReceived(unsigned int value) { SetWord(1, value); }
-  unsigned int GetSyncReceived() const { return Word(1); }
-  void SetFollowUpSent(unsigned int value) { SetWord(2, value); }
-  unsigned int GetFollowUpSent() const { return Word(2); }
-  void SetFollowUpReceived(unsigned int value) { SetWord(3, value); }
-  unsigned int GetFollowUpReceived() const { return Word(3); }
-  void SetDelayRequestsSent(unsigned int value) { SetWord(4, value); }
-  unsigned int GetDelayRequestsSent() const { return Word(4); }
-  void SetDelayRequestsReceived(unsigned int value) { SetWord(5, value); }
-  unsigned int GetDelayRequestsReceived() const { return Word(5); }
-  void SetDelayResponsesSent(unsigned int value) { SetWord(6, value); }
-  unsigned int GetDelayResponsesSent() const { return Word(6); }
-  void SetDelayResponsesReceived(unsigned int value) { SetWord(7, value); }
-  unsigned int GetDelayResponsesReceived() const { return Word(7); }
-  void SetAnnouncesSent(unsigned int value) { SetWord(8, value); }
-  unsigned int GetAnnouncesSent() const { return Word(8); }
-  void SetAnnouncesReceived(unsigned int value) { SetWord(9, value); }
-  unsigned int GetAnnouncesReceived() const { return Word(9); }
+  void SetSyncSent(unsigned int value) { m_SyncSent = value; }
+  unsigned int GetSyncSent() const { return m_SyncSent; }
+  void SetSyncReceived(unsigned int value) { m_SyncReceived = value; }
+  unsigned int GetSyncReceived() const { return m_SyncReceived; }
+  void SetFollowUpSent(unsigned int value) { m_FollowUpSent = value; }
+  unsigned int GetFollowUpSent() const { return m_FollowUpSent; }
+  void SetFollowUpReceived(unsigned int value) { m_FollowUpReceived = value; }
+  unsigned int GetFollowUpReceived() const { return m_FollowUpReceived; }
+  void SetDelayRequestsSent(unsigned int value) { m_DelayRequestsSent = value; }
+  unsigned int GetDelayRequestsSent() const { return m_DelayRequestsSent; }
+  void SetDelayRequestsReceived(unsigned int value) { m_DelayRequestsReceived = value; }
+  unsigned int GetDelayRequestsReceived() const { return m_DelayRequestsReceived; }
+  void SetDelayResponsesSent(unsigned int value) { m_DelayResponsesSent = value; }
+  unsigned int GetDelayResponsesSent() const { return m_DelayResponsesSent; }
+  void SetDelayResponsesReceived(unsigned int value) { m_DelayResponsesReceived = value; }
+  unsigned int GetDelayResponsesReceived() const { return m_DelayResponsesReceived; }
+  void SetAnnouncesSent(unsigned int value) { m_AnnouncesSent = value; }
+  unsigned int GetAnnouncesSent() const { return m_AnnouncesSent; }
+  void SetAnnouncesReceived(unsigned int value) { m_AnnouncesReceived = value; }
+  unsigned int GetAnnouncesReceived() const { return m_AnnouncesReceived; }
 
-  // Positions of the clock state carried after the counters: 32-bit values (numbered after the
-  // counters), 64-bit values and texts. They have no accessors; the archive carries them.
-  enum eClockState32 {
-    kPortState = 10,
-    kStepsRemoved,
-    kGrandmasterClockClass,
-    kGrandmasterPriority1
-  };
-  enum eClockState64 {
-    kOffsetFromMaster = 0,
-    kMeanPathDelay,
-    kClockIdentity,
-    kGrandmasterIdentity
-  };
-  enum eClockStateText { kPortIdentity = 0, kParentPortIdentity, kTimeSource };
+  struct Schema;  // the archive form, in ePTPStats.cpp
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+ private:
+  unsigned int m_SyncSent = 0;
+  unsigned int m_SyncReceived = 0;
+  unsigned int m_FollowUpSent = 0;
+  unsigned int m_FollowUpReceived = 0;
+  unsigned int m_DelayRequestsSent = 0;
+  unsigned int m_DelayRequestsReceived = 0;
+  unsigned int m_DelayResponsesSent = 0;
+  unsigned int m_DelayResponsesReceived = 0;
+  unsigned int m_AnnouncesSent = 0;
+  unsigned int m_AnnouncesReceived = 0;
+  // The clock state last seen; no accessors, the archive carries it.
+  unsigned int m_PortState = 0;
+  unsigned int m_StepsRemoved = 0;
+  unsigned int m_GrandmasterClockClass = 0;
+  unsigned int m_GrandmasterPriority1 = 0;
+  unsigned long m_OffsetFromMaster = 0;
+  unsigned long m_MeanPathDelay = 0;
+  unsigned long m_ClockIdentity = 0;
+  unsigned long m_GrandmasterIdentity = 0;
+  std::string m_PortIdentity;
+  std::string m_ParentPortIdentity;
+  std::string m_TimeSource;
 };
+
+extern template class ERecord<EPTPStats>;
+extern template class EStatsRecord<EPTPStats>;

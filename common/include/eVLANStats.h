@@ -4,13 +4,18 @@
 
 #include "eStatsRecord.h"
 
-class EVLANStats : public EStatsRecord<EVLANStats, estats::Fields<1>> {
+class EVLANStats : public EStatsRecord<EVLANStats> {
  public:
   using EStatsRecord::FillListWithAllIds;
 
-  void SetDroppedPackets(unsigned int value) { SetWord(0, value); }
-  unsigned int GetDroppedPackets() const { return Word(0); }
+  void SetDroppedPackets(unsigned int value) { m_DroppedPackets = value; }
+  unsigned int GetDroppedPackets() const { return m_DroppedPackets; }
 
-  // The archive layouts this record reads; it writes the last one.
-  static const estats::ArchiveForm kArchiveForm;
+  struct Schema;  // the archive form, in eVLANStats.cpp
+
+ private:
+  unsigned int m_DroppedPackets = 0;
 };
+
+extern template class ERecord<EVLANStats>;
+extern template class EStatsRecord<EVLANStats>;
