@@ -1,31 +1,21 @@
 #include "eActivePortSetting.h"
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x78911141;
-}  // namespace
+using namespace detail;
 
-EArchive& operator<<(EArchive& archive, const EActivePortSetting& setting) {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive.WriteSignedInt(setting.GetActiveCard());
-  archive.WriteSignedInt(setting.GetActivePort());
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EActivePortSetting& setting) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    // The report names the writing operator although the reader failed; receivers match on it.
-    EArchive::SerializeError("x86_64/common/ehal/eActivePortSetting", 66,
-                             "eHal::EActivePortSetting::operator<<");
-  }
-  const int card = archive.ReadSignedInt();
-  const int port = archive.ReadSignedInt();
-  setting.SetActiveCard(card);
-  setting.SetActivePort(port);
-  return archive;
-}
+struct EActivePortSetting::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("ActiveCard", &EActivePortSetting::m_ActiveCard),
+                      Field("ActivePort", &EActivePortSetting::m_ActivePort));
+  static constexpr Layout kLayouts[] = {{0x78911141}};
+  // The report names the writing operator although the reader failed; receivers match on it.
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eActivePortSetting", 66,
+                                                 "eHal::EActivePortSetting::operator<<"};
+};
 
 }  // namespace eHal
+
+template class ERecord<eHal::EActivePortSetting>;

@@ -1,18 +1,21 @@
 #include "eAggregateModeSetting.h"
 
-#include "eFlagSetting.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-EArchive& operator<<(EArchive& archive, const EAggregateModeSetting& setting) {
-  ehal_flag_setting::Write(archive, setting.GetAggregateModeSetting());
-  return archive;
-}
+using namespace detail;
 
-EArchive& operator>>(EArchive& archive, EAggregateModeSetting& setting) {
-  setting.SetAggregateModeSetting(
-      ehal_flag_setting::Read(archive, "x86_64/common/ehal/eAggregateModeSetting", 65));
-  return archive;
-}
+// The same signature as EDataCenterModeSettings: nothing in the archive tells the two apart.
+struct EAggregateModeSetting::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("AggregateModeSetting", &EAggregateModeSetting::m_AggregateModeSetting));
+  static constexpr Layout kLayouts[] = {{0x10062911}};
+  // The report names the protocol-name reader, as this setting always has; receivers match on it.
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eAggregateModeSetting", 65,
+                                                 "eHal::EProtocolName::SerializeIn"};
+};
 
 }  // namespace eHal
+
+template class ERecord<eHal::EAggregateModeSetting>;

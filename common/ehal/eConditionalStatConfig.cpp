@@ -1,22 +1,44 @@
 #include "eConditionalStatConfig.h"
 
 #include <sstream>
-#include <tuple>
 #include <utility>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 #include "eRecordText.h"
 
 namespace eHal {
 
-namespace {
-// Each newer layout put its added fields in front of the older one.
-constexpr unsigned int kSignature = 0x1996196;                    // port id, ...
-constexpr unsigned int kSignatureWithoutPortId = 0x1996195;       // latency type, bins, ...
-constexpr unsigned int kSignatureWithoutLatencyType = 0x1996194;  // base64 XML, ...
-constexpr unsigned int kSignatureWithoutXml = 0x1996193;          // latency mode, ...
-constexpr unsigned int kSignatureWithoutLatencyMode = 0x1996192;
+using namespace detail;
 
+// Each newer layout put its added fields in front of the older one. The request type and the
+// return code are written signed.
+struct EConditionalStatConfig::Schema {
+  using C = EConditionalStatConfig;
+  static constexpr auto kFields = std::make_tuple(
+      Field("PortId", &C::m_PortId), Field("LatencyType", &C::m_LatencyType),
+      Field("NumberOfBins", &C::m_NumberOfBins), Field("Base64Xml", &C::m_Base64Xml),
+      Field("LatencyMode", &C::m_LatencyMode),
+      Field("RequestType", &C::m_RequestType, kWrittenSigned),
+      Field("ReturnCode", &C::m_ReturnCode, kWrittenSigned), Field("FromPGID", &C::m_FromPGID),
+      Field("ToPGID", &C::m_ToPGID), Field("FromStreamID", &C::m_FromStreamID),
+      Field("ToStreamID", &C::m_ToStreamID), Field("PGIDConfigEnable", &C::m_PGIDConfigEnable),
+      Field("StreamConfigEnable", &C::m_StreamConfigEnable),
+      Field("ScanInterval", &C::m_ScanInterval), Field("ScanTimeStamp", &C::m_ScanTimeStamp),
+      Field("PGIDActiveMap", &C::m_PGIDActiveMap),
+      Field("StreamIDActiveMap", &C::m_StreamIDActiveMap),
+      Field("ClientMessageId", &C::m_ClientMessageId));
+  static constexpr Layout kLayouts[] = {
+      {0x1996196},
+      {0x1996195, Lacking(1)},  // no port id
+      {0x1996194, Lacking(3)},  // no latency type and bins either
+      {0x1996193, Lacking(4)},  // no base64 XML either
+      {0x1996192, Lacking(5)},  // no latency mode either
+  };
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eConditionalStatConfig", 212,
+                                                 "eHal::EConditionalStatConfig::SerializeIn"};
+};
+
+namespace {
 const char* const kRequestTypeTexts[] = {"Invalid", "Configure", "UnConfigure"};
 const char* const kReturnCodeTexts[] = {"Success", "Fail"};
 
@@ -32,14 +54,7 @@ void EConditionalStatConfig::Swap(EConditionalStatConfig& other) {
 bool EConditionalStatConfig::operator==(const EConditionalStatConfig& other) const {
   // An un-configure carries nothing that matters.
   if (m_RequestType == kUnConfigure && other.m_RequestType == kUnConfigure) return true;
-  const auto fields = [](const EConditionalStatConfig& c) {
-    return std::tie(c.m_RequestType, c.m_ReturnCode, c.m_FromPGID, c.m_ToPGID, c.m_FromStreamID,
-                    c.m_ToStreamID, c.m_PGIDConfigEnable, c.m_StreamConfigEnable, c.m_ScanInterval,
-                    c.m_ScanTimeStamp, c.m_PGIDActiveMap, c.m_StreamIDActiveMap,
-                    c.m_ClientMessageId, c.m_LatencyMode, c.m_Base64Xml, c.m_LatencyType,
-                    c.m_NumberOfBins, c.m_PortId);
-  };
-  return fields(*this) == fields(other);
+  return SameFields<Schema>(*this, other);
 }
 
 const char* EConditionalStatConfig::RequestTypeToString() const {
@@ -68,53 +83,6 @@ std::string EConditionalStatConfig::ToString() const {
   return text.str();
 }
 
-void EConditionalStatConfig::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_PortId << m_LatencyType << m_NumberOfBins << m_Base64Xml << m_LatencyMode;
-  archive.WriteSignedInt(static_cast<int>(m_RequestType));
-  archive.WriteSignedInt(static_cast<int>(m_ReturnCode));
-  archive << m_FromPGID << m_ToPGID << m_FromStreamID << m_ToStreamID << m_PGIDConfigEnable
-          << m_StreamConfigEnable << m_ScanInterval << m_ScanTimeStamp << m_PGIDActiveMap
-          << m_StreamIDActiveMap << m_ClientMessageId;
-}
-
-void EConditionalStatConfig::SerializeIn(EArchive& archive) {
-  switch (archive.ReadUnsignedInt()) {
-    case kSignature:
-      archive >> m_PortId;
-      [[fallthrough]];
-    case kSignatureWithoutPortId:
-      archive >> m_LatencyType >> m_NumberOfBins;
-      [[fallthrough]];
-    case kSignatureWithoutLatencyType:
-      archive >> m_Base64Xml;
-      [[fallthrough]];
-    case kSignatureWithoutXml:
-      archive >> m_LatencyMode;
-      [[fallthrough]];
-    case kSignatureWithoutLatencyMode:
-      break;
-    default:
-      EArchive::SerializeError("x86_64/common/ehal/eConditionalStatConfig", 212,
-                               "eHal::EConditionalStatConfig::SerializeIn");
-  }
-  const unsigned int requestType = archive.ReadUnsignedInt();
-  const unsigned int returnCode = archive.ReadUnsignedInt();
-  m_RequestType = static_cast<eRequestType>(requestType);
-  m_ReturnCode = static_cast<eReturnCode>(returnCode);
-  archive >> m_FromPGID >> m_ToPGID >> m_FromStreamID >> m_ToStreamID >> m_PGIDConfigEnable >>
-      m_StreamConfigEnable >> m_ScanInterval >> m_ScanTimeStamp >> m_PGIDActiveMap >>
-      m_StreamIDActiveMap >> m_ClientMessageId;
-}
-
-EArchive& operator<<(EArchive& archive, const EConditionalStatConfig& config) {
-  config.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EConditionalStatConfig& config) {
-  config.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EConditionalStatConfig>;

@@ -1,26 +1,21 @@
 #include "eDataCenterModeSettings.h"
 
-#include "eFlagSetting.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-void EDataCenterModeSettings::SerializeOut(EArchive& archive) const {
-  ehal_flag_setting::Write(archive, m_DataCenterModeEnabled);
-}
+using namespace detail;
 
-void EDataCenterModeSettings::SerializeIn(EArchive& archive) {
-  m_DataCenterModeEnabled =
-      ehal_flag_setting::Read(archive, "x86_64/common/ehal/eDataCenterModeSettings", 79);
-}
-
-EArchive& operator<<(EArchive& archive, const EDataCenterModeSettings& settings) {
-  settings.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EDataCenterModeSettings& settings) {
-  settings.SerializeIn(archive);
-  return archive;
-}
+// The same signature as EAggregateModeSetting: nothing in the archive tells the two apart.
+struct EDataCenterModeSettings::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("DataCenterModeEnabled", &EDataCenterModeSettings::m_DataCenterModeEnabled));
+  static constexpr Layout kLayouts[] = {{0x10062911}};
+  // The report names the protocol-name reader, as this setting always has; receivers match on it.
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDataCenterModeSettings", 79,
+                                                 "eHal::EProtocolName::SerializeIn"};
+};
 
 }  // namespace eHal
+
+template class ERecord<eHal::EDataCenterModeSettings>;

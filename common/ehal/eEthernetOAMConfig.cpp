@@ -2,28 +2,42 @@
 
 #include <ostream>
 #include <sstream>
+#include <utility>
 
-#include "eArchive.h"
+#include "eMACAddressCodec.h"
+#include "eRecordSchema.h"
 #include "eRecordText.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x1586192;
+using namespace detail;
 
+struct EEthernetOAMConfig::Schema {
+  using C = EEthernetOAMConfig;
+  static constexpr auto kFields = std::make_tuple(
+      Field("RequestType", &C::m_RequestType), Field("ReturnCode", &C::m_ReturnCode),
+      Field("SrcMac", &C::m_SrcMac, kMACAddress), Field("OAMCapability", &C::m_OAMCapability),
+      Field("MaxPDUSize", &C::m_MaxPDUSize),
+      Field("OrgUniqueIdentifier", &C::m_OrgUniqueIdentifier),
+      Field("VendorSpecificInfo", &C::m_VendorSpecificInfo),
+      Field("MaxIdleTimer", &C::m_MaxIdleTimer), Field("CustomTLV", &C::m_CustomTLV));
+  static constexpr Layout kLayouts[] = {{0x1586192}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMConfig", 147,
+                                                 "eHal::EEthernetOAMConfig::SerializeIn"};
+};
+
+namespace {
 const char* const kRequestTypeTexts[] = {"Initial", "Configure", "UnConfigure", "EnableLoopback",
                                          "DisableLoopback"};
 const char* const kReturnCodeTexts[] = {"Success", "Fail"};
 }  // namespace
 
 void EEthernetOAMConfig::Swap(EEthernetOAMConfig& other) {
-  auto mine = Fields(*this);
-  auto theirs = Fields(other);
-  mine.swap(theirs);
+  std::swap(*this, other);
 }
 
 bool EEthernetOAMConfig::operator==(const EEthernetOAMConfig& other) const {
-  return Fields(*this) == Fields(other);
+  return SameFields<Schema>(*this, other);
 }
 
 const char* EEthernetOAMConfig::RequestTypeToString() const {
@@ -56,35 +70,6 @@ std::string EEthernetOAMConfig::ToStringFull() const {
   return text.str();
 }
 
-void EEthernetOAMConfig::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive.WriteUnsignedInt(m_RequestType);
-  archive.WriteUnsignedInt(m_ReturnCode);
-  archive << m_SrcMac << m_OAMCapability << m_MaxPDUSize << m_OrgUniqueIdentifier
-          << m_VendorSpecificInfo << m_MaxIdleTimer << m_CustomTLV;
-}
-
-void EEthernetOAMConfig::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eEthernetOAMConfig", 147,
-                             "eHal::EEthernetOAMConfig::SerializeIn");
-  }
-  const unsigned int requestType = archive.ReadUnsignedInt();
-  const unsigned int returnCode = archive.ReadUnsignedInt();
-  m_RequestType = static_cast<eRequestType>(requestType);
-  m_ReturnCode = static_cast<eReturnCode>(returnCode);
-  archive >> m_SrcMac >> m_OAMCapability >> m_MaxPDUSize >> m_OrgUniqueIdentifier >>
-      m_VendorSpecificInfo >> m_MaxIdleTimer >> m_CustomTLV;
-}
-
-EArchive& operator<<(EArchive& archive, const EEthernetOAMConfig& config) {
-  config.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EEthernetOAMConfig& config) {
-  config.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EEthernetOAMConfig>;

@@ -1,20 +1,28 @@
 #include "eEthernetOAMSessionStatus.h"
 
-#include "eArchive.h"
+#include <utility>
+
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x78156152;
-}  // namespace
+using namespace detail;
+
+struct EEthernetOAMSesionStatus::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("LocalStatus", &EEthernetOAMSesionStatus::m_LocalStatus),
+                      Field("RemoteStatus", &EEthernetOAMSesionStatus::m_RemoteStatus));
+  static constexpr Layout kLayouts[] = {{0x78156152}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMSessionStatus", 97,
+                                                 "eHal::EEthernetOAMSesionStatus::SerializeIn"};
+};
 
 void EEthernetOAMSesionStatus::Swap(EEthernetOAMSesionStatus& other) {
-  m_LocalStatus.Swap(other.m_LocalStatus);
-  m_RemoteStatus.Swap(other.m_RemoteStatus);
+  std::swap(*this, other);
 }
 
 bool EEthernetOAMSesionStatus::operator==(const EEthernetOAMSesionStatus& other) const {
-  return m_LocalStatus == other.m_LocalStatus && m_RemoteStatus == other.m_RemoteStatus;
+  return SameFields<Schema>(*this, other);
 }
 
 std::string EEthernetOAMSesionStatus::ToString() const {
@@ -22,27 +30,6 @@ std::string EEthernetOAMSesionStatus::ToString() const {
          ", Remote DTE Status: " + m_RemoteStatus.ToString();
 }
 
-void EEthernetOAMSesionStatus::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_LocalStatus << m_RemoteStatus;
-}
-
-void EEthernetOAMSesionStatus::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eEthernetOAMSessionStatus", 97,
-                             "eHal::EEthernetOAMSesionStatus::SerializeIn");
-  }
-  archive >> m_LocalStatus >> m_RemoteStatus;
-}
-
-EArchive& operator<<(EArchive& archive, const EEthernetOAMSesionStatus& status) {
-  status.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EEthernetOAMSesionStatus& status) {
-  status.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EEthernetOAMSesionStatus>;

@@ -1,23 +1,34 @@
 #include "eEthernetOAMStatus.h"
 
 #include <sstream>
+#include <utility>
 
-#include "eArchive.h"
+#include "eMACAddressCodec.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x28356872;
-}  // namespace
+using namespace detail;
+
+struct EEthernetOAMStatus::Schema {
+  using S = EEthernetOAMStatus;
+  static constexpr auto kFields = std::make_tuple(
+      Field("Version", &S::m_Version), Field("InformationRevision", &S::m_InformationRevision),
+      Field("SrcMac", &S::m_SrcMac, kMACAddress), Field("State", &S::m_State),
+      Field("OAMCapability", &S::m_OAMCapability), Field("MaxPDUSize", &S::m_MaxPDUSize),
+      Field("OrgUniqueIdentifier", &S::m_OrgUniqueIdentifier),
+      Field("VendorSpecificInfo", &S::m_VendorSpecificInfo), Field("Flags", &S::m_Flags));
+  static constexpr Layout kLayouts[] = {{0x28356872}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMStatus", 139,
+                                                 "eHal::EEthernetOAMStatus::SerializeIn"};
+};
 
 void EEthernetOAMStatus::Swap(EEthernetOAMStatus& other) {
-  auto mine = Fields(*this);
-  auto theirs = Fields(other);
-  mine.swap(theirs);
+  std::swap(*this, other);
 }
 
 bool EEthernetOAMStatus::operator==(const EEthernetOAMStatus& other) const {
-  return Fields(*this) == Fields(other);
+  return SameFields<Schema>(*this, other);
 }
 
 std::string EEthernetOAMStatus::ToString() const {
@@ -30,29 +41,6 @@ std::string EEthernetOAMStatus::ToString() const {
   return text.str();
 }
 
-void EEthernetOAMStatus::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_Version << m_InformationRevision << m_SrcMac << m_State << m_OAMCapability
-          << m_MaxPDUSize << m_OrgUniqueIdentifier << m_VendorSpecificInfo << m_Flags;
-}
-
-void EEthernetOAMStatus::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eEthernetOAMStatus", 139,
-                             "eHal::EEthernetOAMStatus::SerializeIn");
-  }
-  archive >> m_Version >> m_InformationRevision >> m_SrcMac >> m_State >> m_OAMCapability >>
-      m_MaxPDUSize >> m_OrgUniqueIdentifier >> m_VendorSpecificInfo >> m_Flags;
-}
-
-EArchive& operator<<(EArchive& archive, const EEthernetOAMStatus& status) {
-  status.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EEthernetOAMStatus& status) {
-  status.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EEthernetOAMStatus>;

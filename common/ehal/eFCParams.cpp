@@ -1,10 +1,30 @@
 #include "eFCParams.h"
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 
-namespace {
-constexpr unsigned int kVersion = 1;
-}  // namespace
+using namespace eHal::detail;
+
+// The signature is a version number. The timeout selections are written signed.
+struct EFCParams::Schema {
+  using P = EFCParams;
+  static constexpr auto kFields = std::make_tuple(
+      Field("RtTOVOverride", &P::m_RtTOVOverride), Field("RaTOVOverride", &P::m_RaTOVOverride),
+      Field("EdTOVOverride", &P::m_EdTOVOverride), Field("RtTOV", &P::m_RtTOV, kWrittenSigned),
+      Field("RaTOV", &P::m_RaTOV, kWrittenSigned), Field("EdTOV", &P::m_EdTOV, kWrittenSigned),
+      Field("RemoteBBCredit", &P::m_RemoteBBCredit), Field("BbSCN", &P::m_BbSCN),
+      Field("RtTOVOverrideValid", &P::m_RtTOVOverrideValid),
+      Field("RaTOVOverrideValid", &P::m_RaTOVOverrideValid),
+      Field("EdTOVOverrideValid", &P::m_EdTOVOverrideValid), Field("RtTOVValid", &P::m_RtTOVValid),
+      Field("RaTOVValid", &P::m_RaTOVValid), Field("EdTOVValid", &P::m_EdTOVValid),
+      Field("RemoteBBCreditValid", &P::m_RemoteBBCreditValid),
+      Field("BbSCNValid", &P::m_BbSCNValid), Field("ResetLink", &P::m_ResetLink),
+      Field("ResetLinkAck", &P::m_ResetLinkAck), Field("ReservedShort", &P::m_ReservedShort),
+      Field("ReservedLong1", &P::m_ReservedLong1), Field("ReservedLong2", &P::m_ReservedLong2),
+      Field("ReservedText", &P::m_ReservedText));
+  static constexpr Layout kLayouts[] = {{1}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eFCParams", 175,
+                                                 "EFCParams::SerializeIn"};
+};
 
 void EFCParams::Empty() {
   m_RtTOVOverride = 2000;
@@ -29,38 +49,4 @@ void EFCParams::Empty() {
   m_ReservedLong2 = 0;
 }
 
-void EFCParams::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kVersion));
-  archive << m_RtTOVOverride << m_RaTOVOverride << m_EdTOVOverride;
-  archive.WriteSignedInt(static_cast<int>(m_RtTOV));
-  archive.WriteSignedInt(static_cast<int>(m_RaTOV));
-  archive.WriteSignedInt(static_cast<int>(m_EdTOV));
-  archive << m_RemoteBBCredit << m_BbSCN << m_RtTOVOverrideValid << m_RaTOVOverrideValid
-          << m_EdTOVOverrideValid << m_RtTOVValid << m_RaTOVValid << m_EdTOVValid
-          << m_RemoteBBCreditValid << m_BbSCNValid << m_ResetLink << m_ResetLinkAck
-          << m_ReservedShort << m_ReservedLong1 << m_ReservedLong2 << m_ReservedText;
-}
-
-void EFCParams::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kVersion) {
-    EArchive::SerializeError("x86_64/common/ehal/eFCParams", 175, "EFCParams::SerializeIn");
-  }
-  archive >> m_RtTOVOverride >> m_RaTOVOverride >> m_EdTOVOverride;
-  m_RtTOV = static_cast<eTOV>(archive.ReadUnsignedInt());
-  m_RaTOV = static_cast<eTOV>(archive.ReadUnsignedInt());
-  m_EdTOV = static_cast<eTOV>(archive.ReadUnsignedInt());
-  archive >> m_RemoteBBCredit >> m_BbSCN >> m_RtTOVOverrideValid >> m_RaTOVOverrideValid >>
-      m_EdTOVOverrideValid >> m_RtTOVValid >> m_RaTOVValid >> m_EdTOVValid >>
-      m_RemoteBBCreditValid >> m_BbSCNValid >> m_ResetLink >> m_ResetLinkAck >> m_ReservedShort >>
-      m_ReservedLong1 >> m_ReservedLong2 >> m_ReservedText;
-}
-
-EArchive& operator<<(EArchive& archive, const EFCParams& params) {
-  params.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EFCParams& params) {
-  params.SerializeIn(archive);
-  return archive;
-}
+template class ERecord<EFCParams>;

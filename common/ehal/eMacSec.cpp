@@ -3,16 +3,38 @@
 #include <algorithm>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 #include "eRecordText.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x13758242;  // the offset, then the older layout
-constexpr unsigned int kSignatureWithoutOffset = 0x13758241;
+using namespace detail;
 
+// Travels inside the table of EMacSec, without a signature of its own.
+struct EMacSec::ESecureAssociation::Schema {
+  static constexpr auto kFields = std::make_tuple(Field("SCI", &ESecureAssociation::m_SCI),
+                                                  Field("AN", &ESecureAssociation::m_AN),
+                                                  Field("SAK", &ESecureAssociation::m_SAK));
+};
+
+// The newer layout put the offset in front of the older one. The table id is written signed.
+struct EMacSec::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("ConfOff", &EMacSec::m_ConfOff), Field("RequestType", &EMacSec::m_RequestType),
+      Field("ReturnCode", &EMacSec::m_ReturnCode),
+      Field("ClientMessageId", &EMacSec::m_ClientMessageId),
+      Field("TableId", &EMacSec::m_TableId, kWrittenSigned), Field("SATable", &EMacSec::m_SATable));
+  static constexpr Layout kLayouts[] = {
+      {0x13758242},              // the offset, then the older layout
+      {0x13758241, Lacking(1)},  // no offset
+  };
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMacSec", 137,
+                                                 "eHal::EMacSec::SerializeIn"};
+};
+
+namespace {
 constexpr unsigned int kSCISize = 8;
 constexpr unsigned int kSAKSize = 16;
 constexpr unsigned char kHighestAN = 3;
@@ -27,15 +49,7 @@ bool EMacSec::ESecureAssociation::IsValid() const {
 }
 
 bool EMacSec::ESecureAssociation::operator==(const ESecureAssociation& other) const {
-  return m_SCI == other.m_SCI && m_AN == other.m_AN && m_SAK == other.m_SAK;
-}
-
-void EMacSec::ESecureAssociation::SerializeOut(EArchive& archive) const {
-  archive << m_SCI << m_AN << m_SAK;
-}
-
-void EMacSec::ESecureAssociation::SerializeIn(EArchive& archive) {
-  archive >> m_SCI >> m_AN >> m_SAK;
+  return SameFields<Schema>(*this, other);
 }
 
 void EMacSec::Empty() {
@@ -48,18 +62,16 @@ void EMacSec::Empty() {
 }
 
 void EMacSec::Copy(const EMacSec& other) {
-  if (this == &other) return;
-  Fields(*this) = Fields(other);
+  if (this != &other) *this = other;
 }
 
 void EMacSec::Swap(EMacSec& other) {
-  auto mine = Fields(*this);
-  auto theirs = Fields(other);
-  mine.swap(theirs);
+  // The tables exchange their storage; no association is copied.
+  std::swap(*this, other);
 }
 
 bool EMacSec::IsEqual(const EMacSec& other) const {
-  return this == &other || Fields(*this) == Fields(other);
+  return this == &other || SameFields<Schema>(*this, other);
 }
 
 bool EMacSec::IsValid(bool throwIfInvalid) const {
@@ -113,54 +125,7 @@ std::string EMacSec::ToStringFull() const {
   return Text(true);
 }
 
-void EMacSec::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_ConfOff;
-  archive.WriteUnsignedInt(m_RequestType);
-  archive.WriteUnsignedInt(m_ReturnCode);
-  archive << m_ClientMessageId;
-  archive.WriteSignedInt(static_cast<int>(m_TableId));
-  ::SerializeOut(archive, m_SATable);
-}
-
-void EMacSec::SerializeIn(EArchive& archive) {
-  switch (archive.ReadUnsignedInt()) {
-    case kSignature:
-      archive >> m_ConfOff;
-      [[fallthrough]];
-    case kSignatureWithoutOffset:
-      break;
-    default:
-      EArchive::SerializeError("x86_64/common/ehal/eMacSec", 137, "eHal::EMacSec::SerializeIn");
-  }
-  const unsigned int requestType = archive.ReadUnsignedInt();
-  const unsigned int returnCode = archive.ReadUnsignedInt();
-  archive >> m_ClientMessageId;
-  const unsigned int tableId = archive.ReadUnsignedInt();
-  m_RequestType = static_cast<eRequestType>(requestType);
-  m_ReturnCode = static_cast<eReturnCode>(returnCode);
-  m_TableId = static_cast<eTableId>(tableId);
-  ::SerializeIn(archive, m_SATable);
-}
-
-EArchive& operator<<(EArchive& archive, const EMacSec& macSec) {
-  macSec.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EMacSec& macSec) {
-  macSec.SerializeIn(archive);
-  return archive;
-}
-
-EArchive& operator<<(EArchive& archive, const EMacSec::ESecureAssociation& association) {
-  association.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EMacSec::ESecureAssociation& association) {
-  association.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EMacSec::ESecureAssociation>;
+template class ERecord<eHal::EMacSec>;

@@ -3,30 +3,67 @@
 #include <algorithm>
 #include <sstream>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 #include "eRecordText.h"
 
 namespace eHal {
 
+using namespace detail;
+
+// One field, the ports. SerializeIn reads the older layout by hand: it carries port 0 only.
+struct EPOSLinkLayerSettings::Schema {
+  // The ports from 63 down to 0, each as link type, transmit and receive CRC size code.
+  struct Ports {
+    using Array = Port[kPortCount];
+
+    static void Write(EArchive& archive, const Array& ports) {
+      for (unsigned int port = kPortCount; port-- > 0;) {
+        archive << ports[port].linkType << ports[port].txCRCSize << ports[port].rxCRCSize;
+      }
+    }
+    static void Read(EArchive& archive, Array& ports) { ReadFirst(archive, ports, kPortCount); }
+    // Reads ports `count` - 1 down to 0.
+    static void ReadFirst(EArchive& archive, Array& ports, unsigned int count) {
+      for (unsigned int port = count; port-- > 0;) {
+        archive >> ports[port].linkType >> ports[port].txCRCSize >> ports[port].rxCRCSize;
+      }
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name, const Array& ports) {
+      visitor.BeginList(name, EWire::kNone, kPortCount);
+      for (unsigned int port = kPortCount; port-- > 0;) {
+        visitor.BeginRecord("");
+        kUnsigned.Describe(visitor, "LinkType", ports[port].linkType);
+        kUnsigned.Describe(visitor, "TxCRCSize", ports[port].txCRCSize);
+        kUnsigned.Describe(visitor, "RxCRCSize", ports[port].rxCRCSize);
+        visitor.EndRecord();
+      }
+      visitor.EndList();
+    }
+  };
+
+  static constexpr auto kFields =
+      std::make_tuple(Field("Ports", &EPOSLinkLayerSettings::m_Ports, Ports{}));
+  static constexpr Layout kLayouts[] = {
+      {0x11334357},  // every port
+      {0x11334356},  // port 0 only
+  };
+  // The report names the protocol-name reader; receivers match on this text.
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePOSLinkLayerSettings", 139,
+                                                 "eHal::EProtocolName::SerializeIn"};
+};
+
 namespace {
-constexpr unsigned int kSignature = 0x11334357;          // every port
-constexpr unsigned int kSignaturePortZero = 0x11334356;  // port 0 only
 
 const char* const kLinkTypeTexts[] = {"Cisco HDLC",       "PPP",   "FrameRelay",
                                       "Cisco FrameRelay", "Other", "SRP"};
 }  // namespace
 
 void EPOSLinkLayerSettings::Empty() {
-  std::fill(std::begin(m_LinkType), std::end(m_LinkType), kOther);
-  std::fill(std::begin(m_TxCRCSize), std::end(m_TxCRCSize), kCRC32);
-  std::fill(std::begin(m_RxCRCSize), std::end(m_RxCRCSize), kCRC32);
+  std::fill(std::begin(m_Ports), std::end(m_Ports), Port{kOther, kCRC32, kCRC32});
 }
 
 void EPOSLinkLayerSettings::Copy(const EPOSLinkLayerSettings& other) {
-  if (this == &other) return;
-  std::copy(std::begin(other.m_LinkType), std::end(other.m_LinkType), m_LinkType);
-  std::copy(std::begin(other.m_TxCRCSize), std::end(other.m_TxCRCSize), m_TxCRCSize);
-  std::copy(std::begin(other.m_RxCRCSize), std::end(other.m_RxCRCSize), m_RxCRCSize);
+  if (this != &other) *this = other;
 }
 
 void EPOSLinkLayerSettings::Copy(const EPOSLinkLayerSettings* other) {
@@ -45,50 +82,24 @@ unsigned int EPOSLinkLayerSettings::GetCRCSizeInBits(unsigned int code) const {
 }
 
 bool EPOSLinkLayerSettings::IsEqual(const EPOSLinkLayerSettings& other) const {
-  return std::equal(std::begin(m_LinkType), std::end(m_LinkType), other.m_LinkType) &&
-         std::equal(std::begin(m_TxCRCSize), std::end(m_TxCRCSize), other.m_TxCRCSize) &&
-         std::equal(std::begin(m_RxCRCSize), std::end(m_RxCRCSize), other.m_RxCRCSize);
+  return SameFields<Schema>(*this, other);
 }
 
 std::string EPOSLinkLayerSettings::GetLogString(unsigned int port) const {
   std::ostringstream text;
-  text << "Encapsulation:" << eRecordText::EnumText(m_LinkType[port], kLinkTypeTexts)
+  text << "Encapsulation:" << eRecordText::EnumText(m_Ports[port].linkType, kLinkTypeTexts)
        << " TxCRCSize:" << GetTxCRCSizeInBits(port) << " RxCRCSize:" << GetRxCRCSizeInBits(port)
        << "\n";
   return text.str();
 }
 
-void EPOSLinkLayerSettings::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  for (unsigned int port = kPortCount; port-- > 0;)
-    archive << m_LinkType[port] << m_TxCRCSize[port] << m_RxCRCSize[port];
-}
-
 void EPOSLinkLayerSettings::SerializeIn(EArchive& archive) {
-  unsigned int portsToRead = 0;
-  switch (archive.ReadUnsignedInt()) {
-    case kSignature:
-      portsToRead = kPortCount;
-      break;
-    case kSignaturePortZero:
-      portsToRead = 1;
-      break;
-    default:
-      EArchive::SerializeError("x86_64/common/ehal/ePOSLinkLayerSettings", 139,
-                               "eHal::EProtocolName::SerializeIn");
-  }
-  for (unsigned int port = portsToRead; port-- > 0;)
-    archive >> m_LinkType[port] >> m_TxCRCSize[port] >> m_RxCRCSize[port];
-}
-
-EArchive& operator<<(EArchive& archive, const EPOSLinkLayerSettings& settings) {
-  settings.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EPOSLinkLayerSettings& settings) {
-  settings.SerializeIn(archive);
-  return archive;
+  const Layout& layout = FindLayout<Schema>(archive.ReadUnsignedInt());
+  // Every older layout carries port 0 only.
+  const bool current = &layout == &Schema::kLayouts[0];
+  Schema::Ports::ReadFirst(archive, m_Ports, current ? kPortCount : 1);
 }
 
 }  // namespace eHal
+
+template class ERecord<eHal::EPOSLinkLayerSettings>;

@@ -3,14 +3,37 @@
 #include <cstdio>
 #include <cstring>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 #include "eRecordText.h"
 
 namespace eHal {
 
+using namespace detail;
+
+struct EStreamConfig::EStreamData::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("Action", &EStreamData::m_Action),
+                      Field("StreamParameter", &EStreamData::m_StreamParameter),
+                      Field("FirstStreamValue", &EStreamData::m_FirstStreamValue),
+                      Field("SecondStreamValue", &EStreamData::m_SecondStreamValue));
+  static constexpr Layout kLayouts[] = {{0x332211}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eStreamConfig", 101,
+                                                 "eHal::EStreamConfig::EStreamData::SerializeIn"};
+};
+
+struct EStreamConfig::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("RequestType", &EStreamConfig::m_RequestType),
+                      Field("ReturnCode", &EStreamConfig::m_ReturnCode),
+                      Field("StreamStartOffset", &EStreamConfig::m_StreamStartOffset),
+                      Field("StreamCount", &EStreamConfig::m_StreamCount),
+                      Field("StreamConfigMap", &EStreamConfig::m_StreamConfigMap));
+  static constexpr Layout kLayouts[] = {{0x112233}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eStreamConfig", 186,
+                                                 "eHal::EStreamConfig::SerializeIn"};
+};
+
 namespace {
-constexpr unsigned int kSignature = 0x112233;
-constexpr unsigned int kStreamDataSignature = 0x332211;
 
 const char* const kRequestTypeTexts[] = {"invalid",  "full",       "delta",      "clear",
                                          "register", "unregister", "ackFromPCPU"};
@@ -19,21 +42,6 @@ const char* const kActionTexts[] = {"invalid", "add", "delete", "set"};
 
 const char* EStreamConfig::EStreamData::GetActionAsString() const {
   return eRecordText::EnumText(m_Action, kActionTexts, "");
-}
-
-void EStreamConfig::EStreamData::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kStreamDataSignature));
-  archive.WriteUnsignedInt(m_Action);
-  archive << m_StreamParameter << m_FirstStreamValue << m_SecondStreamValue;
-}
-
-void EStreamConfig::EStreamData::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kStreamDataSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eStreamConfig", 101,
-                             "eHal::EStreamConfig::EStreamData::SerializeIn");
-  }
-  m_Action = static_cast<eAction>(archive.ReadUnsignedInt());
-  archive >> m_StreamParameter >> m_FirstStreamValue >> m_SecondStreamValue;
 }
 
 void EStreamConfig::SetReturnCode(const char* text) {
@@ -55,43 +63,7 @@ const char* EStreamConfig::GetRequestTypeAsString() const {
   return "";
 }
 
-void EStreamConfig::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive.WriteUnsignedInt(m_RequestType);
-  archive.WriteUnsignedInt(m_ReturnCode);
-  archive << m_StreamStartOffset << m_StreamCount;
-  ::SerializeOut(archive, m_StreamConfigMap);
-}
-
-void EStreamConfig::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eStreamConfig", 186,
-                             "eHal::EStreamConfig::SerializeIn");
-  }
-  m_RequestType = static_cast<eRequestType>(archive.ReadUnsignedInt());
-  m_ReturnCode = static_cast<eReturnCode>(archive.ReadUnsignedInt());
-  archive >> m_StreamStartOffset >> m_StreamCount;
-  ::SerializeIn(archive, m_StreamConfigMap);
-}
-
-EArchive& operator<<(EArchive& archive, const EStreamConfig& config) {
-  config.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EStreamConfig& config) {
-  config.SerializeIn(archive);
-  return archive;
-}
-
-EArchive& operator<<(EArchive& archive, const EStreamConfig::EStreamData& data) {
-  data.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, EStreamConfig::EStreamData& data) {
-  data.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::EStreamConfig::EStreamData>;
+template class ERecord<eHal::EStreamConfig>;

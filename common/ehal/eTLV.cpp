@@ -2,13 +2,19 @@
 
 #include <utility>
 
-#include "eArchive.h"
+#include "eRecordSchema.h"
 
 namespace eHal {
 
-namespace {
-constexpr unsigned int kSignature = 0x45536509;
-}  // namespace
+using namespace detail;
+
+struct ETLV::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("Type", &ETLV::m_Type), Field("Value", &ETLV::m_Value));
+  static constexpr Layout kLayouts[] = {{0x45536509}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eTLV", 91,
+                                                 "eHal::ETLV::SerializeIn"};
+};
 
 void ETLV::Swap(ETLV& other) {
   std::swap(m_Type, other.m_Type);
@@ -16,33 +22,13 @@ void ETLV::Swap(ETLV& other) {
 }
 
 bool ETLV::operator==(const ETLV& other) const {
-  return m_Type == other.m_Type && m_Value == other.m_Value;
+  return SameFields<Schema>(*this, other);
 }
 
 std::string ETLV::GetAsString() const {
   return "Type: " + std::to_string(m_Type) + ", Value: " + m_Value.GetHexString();
 }
 
-void ETLV::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive << m_Type << m_Value;
-}
-
-void ETLV::SerializeIn(EArchive& archive) {
-  if (archive.ReadUnsignedInt() != kSignature) {
-    EArchive::SerializeError("x86_64/common/ehal/eTLV", 91, "eHal::ETLV::SerializeIn");
-  }
-  archive >> m_Type >> m_Value;
-}
-
-EArchive& operator<<(EArchive& archive, const ETLV& tlv) {
-  tlv.SerializeOut(archive);
-  return archive;
-}
-
-EArchive& operator>>(EArchive& archive, ETLV& tlv) {
-  tlv.SerializeIn(archive);
-  return archive;
-}
-
 }  // namespace eHal
+
+template class ERecord<eHal::ETLV>;

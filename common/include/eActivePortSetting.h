@@ -1,30 +1,28 @@
-// eHal::EActivePortSetting: which card and which port of it are active. Its archive operators
-// do the whole work; the class has no members of its own for it.
+// eHal::EActivePortSetting: which card and which port of it are active. Both travel as signed
+// numbers.
 #pragma once
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EActivePortSetting {
+class EActivePortSetting : public ERecord<EActivePortSetting> {
  public:
   EActivePortSetting() = default;
   EActivePortSetting(int card, int port) : m_ActiveCard(card), m_ActivePort(port) {}
-  EActivePortSetting(const EActivePortSetting& other) = default;
-  EActivePortSetting& operator=(const EActivePortSetting& other) = default;
 
   void SetActiveCard(int card) { m_ActiveCard = card; }
   int GetActiveCard() const { return m_ActiveCard; }
   void SetActivePort(int port) { m_ActivePort = port; }
   int GetActivePort() const { return m_ActivePort; }
 
+  struct Schema;  // the archive form, in eActivePortSetting.cpp
+
  private:
   int m_ActiveCard = 0;
   int m_ActivePort = 0;
 };
 
-// Leading number, active card, active port.
-EArchive& operator<<(EArchive& archive, const EActivePortSetting& setting);
-EArchive& operator>>(EArchive& archive, EActivePortSetting& setting);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EActivePortSetting>;

@@ -1,26 +1,25 @@
-// eHal::EAggregateModeSetting: the aggregate mode flag of a port. Its archive operators do the
-// whole work; the archive shares its leading number with eHal::EDataCenterModeSettings.
+// eHal::EAggregateModeSetting: the aggregate mode flag of a port. Its archive shares the leading
+// number of eHal::EDataCenterModeSettings: the receiver knows which it expects.
 #pragma once
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EAggregateModeSetting {
+class EAggregateModeSetting : public ERecord<EAggregateModeSetting> {
  public:
   EAggregateModeSetting() = default;
   explicit EAggregateModeSetting(bool setting) : m_AggregateModeSetting(setting) {}
-  EAggregateModeSetting(const EAggregateModeSetting& other) = default;
-  EAggregateModeSetting& operator=(const EAggregateModeSetting& other) = default;
 
   void SetAggregateModeSetting(bool setting) { m_AggregateModeSetting = setting; }
   bool GetAggregateModeSetting() const { return m_AggregateModeSetting; }
+
+  struct Schema;  // the archive form, in eAggregateModeSetting.cpp
 
  private:
   bool m_AggregateModeSetting = false;
 };
 
-EArchive& operator<<(EArchive& archive, const EAggregateModeSetting& setting);
-EArchive& operator>>(EArchive& archive, EAggregateModeSetting& setting);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EAggregateModeSetting>;

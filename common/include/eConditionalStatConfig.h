@@ -5,11 +5,11 @@
 
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EConditionalStatConfig {
+class EConditionalStatConfig : public ERecord<EConditionalStatConfig> {
  public:
   enum eRequestType : unsigned int { kInvalid = 0, kConfigure = 1, kUnConfigure = 2 };
   enum eReturnCode : unsigned int { kSuccess = 0, kFail = 1 };
@@ -70,9 +70,9 @@ class EConditionalStatConfig {
   // The head items, and every field but the port id for a configure request.
   std::string ToString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  // Reads the current and the four older layouts; fields a layout lacks keep their values.
-  void SerializeIn(EArchive& archive);
+  // Archived by ERecord: the current and the four older layouts; fields a layout lacks keep
+  // their values.
+  struct Schema;  // the archive form, in eConditionalStatConfig.cpp
 
  private:
   unsigned int m_FromPGID = kNoRange;
@@ -95,7 +95,6 @@ class EConditionalStatConfig {
   unsigned int m_PortId = DUMMYPORTID;
 };
 
-EArchive& operator<<(EArchive& archive, const EConditionalStatConfig& config);
-EArchive& operator>>(EArchive& archive, EConditionalStatConfig& config);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EConditionalStatConfig>;

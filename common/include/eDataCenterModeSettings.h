@@ -2,16 +2,14 @@
 // shares the leading number of eHal::EAggregateModeSetting: the receiver knows which it expects.
 #pragma once
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EDataCenterModeSettings {
+class EDataCenterModeSettings : public ERecord<EDataCenterModeSettings> {
  public:
   EDataCenterModeSettings() = default;
   explicit EDataCenterModeSettings(bool enabled) : m_DataCenterModeEnabled(enabled) {}
-  EDataCenterModeSettings(const EDataCenterModeSettings& other) = default;
-  EDataCenterModeSettings& operator=(const EDataCenterModeSettings& other) = default;
 
   // Mode disabled.
   void Empty() { m_DataCenterModeEnabled = false; }
@@ -19,14 +17,12 @@ class EDataCenterModeSettings {
   void SetDataCenterModeEnabled(bool enabled) { m_DataCenterModeEnabled = enabled; }
   bool GetDataCenterModeEnabled() const { return m_DataCenterModeEnabled; }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eDataCenterModeSettings.cpp
 
  private:
   bool m_DataCenterModeEnabled = false;
 };
 
-EArchive& operator<<(EArchive& archive, const EDataCenterModeSettings& settings);
-EArchive& operator>>(EArchive& archive, EDataCenterModeSettings& settings);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EDataCenterModeSettings>;

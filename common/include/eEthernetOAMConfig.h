@@ -5,16 +5,14 @@
 
 #include <iosfwd>
 #include <string>
-#include <tuple>
 
 #include "eMACAddress.h"
+#include "eRecord.h"
 #include "eTLV.h"
-
-class EArchive;
 
 namespace eHal {
 
-class EEthernetOAMConfig {
+class EEthernetOAMConfig : public ERecord<EEthernetOAMConfig> {
  public:
   enum eRequestType : unsigned int {
     kInitial = 0,
@@ -26,8 +24,6 @@ class EEthernetOAMConfig {
   enum eReturnCode : unsigned int { kSuccess = 0, kFail = 1 };
 
   EEthernetOAMConfig() = default;
-  EEthernetOAMConfig(const EEthernetOAMConfig& other) = default;
-  EEthernetOAMConfig& operator=(const EEthernetOAMConfig& other) = default;
 
   void Swap(EEthernetOAMConfig& other);
   bool operator==(const EEthernetOAMConfig& other) const;
@@ -63,19 +59,11 @@ class EEthernetOAMConfig {
   // Every field. From the organisation identifier on, numbers are in hexadecimal.
   std::string ToStringFull() const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eEthernetOAMConfig.cpp
 
  private:
   // Writes ", SrcMac: " up to the TLV text; switches the stream to hexadecimal on the way.
   void WriteInformation(std::ostream& text) const;
-  // Every field once; exchanging and comparing go through this list.
-  template <typename Self>
-  static auto Fields(Self& self) {
-    return std::tie(self.m_RequestType, self.m_ReturnCode, self.m_SrcMac, self.m_OAMCapability,
-                    self.m_MaxPDUSize, self.m_OrgUniqueIdentifier, self.m_VendorSpecificInfo,
-                    self.m_MaxIdleTimer, self.m_CustomTLV);
-  }
 
   eRequestType m_RequestType = kInitial;
   eReturnCode m_ReturnCode = kSuccess;
@@ -88,7 +76,6 @@ class EEthernetOAMConfig {
   ETLV m_CustomTLV;
 };
 
-EArchive& operator<<(EArchive& archive, const EEthernetOAMConfig& config);
-EArchive& operator>>(EArchive& archive, EEthernetOAMConfig& config);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EEthernetOAMConfig>;

@@ -5,16 +5,13 @@
 #include <string>
 
 #include "eEthernetOAMStatus.h"
-
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EEthernetOAMSesionStatus {
+class EEthernetOAMSesionStatus : public ERecord<EEthernetOAMSesionStatus> {
  public:
   EEthernetOAMSesionStatus() = default;
-  EEthernetOAMSesionStatus(const EEthernetOAMSesionStatus& other) = default;
-  EEthernetOAMSesionStatus& operator=(const EEthernetOAMSesionStatus& other) = default;
 
   void Swap(EEthernetOAMSesionStatus& other);
   bool operator==(const EEthernetOAMSesionStatus& other) const;
@@ -30,15 +27,13 @@ class EEthernetOAMSesionStatus {
   // "Local DTE Status: <local>, Remote DTE Status: <remote>".
   std::string ToString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eEthernetOAMSessionStatus.cpp
 
  private:
   EEthernetOAMStatus m_LocalStatus;
   EEthernetOAMStatus m_RemoteStatus;
 };
 
-EArchive& operator<<(EArchive& archive, const EEthernetOAMSesionStatus& status);
-EArchive& operator>>(EArchive& archive, EEthernetOAMSesionStatus& status);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EEthernetOAMSesionStatus>;

@@ -4,19 +4,15 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 
 #include "eMACAddress.h"
-
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EEthernetOAMStatus {
+class EEthernetOAMStatus : public ERecord<EEthernetOAMStatus> {
  public:
   EEthernetOAMStatus() = default;
-  EEthernetOAMStatus(const EEthernetOAMStatus& other) = default;
-  EEthernetOAMStatus& operator=(const EEthernetOAMStatus& other) = default;
 
   void Swap(EEthernetOAMStatus& other);
   bool operator==(const EEthernetOAMStatus& other) const;
@@ -45,18 +41,9 @@ class EEthernetOAMStatus {
   // Every field; from the organisation identifier on, numbers are in hexadecimal.
   std::string ToString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eEthernetOAMStatus.cpp
 
  private:
-  // Every field once; exchanging and comparing go through this list.
-  template <typename Self>
-  static auto Fields(Self& self) {
-    return std::tie(self.m_Version, self.m_InformationRevision, self.m_SrcMac, self.m_State,
-                    self.m_OAMCapability, self.m_MaxPDUSize, self.m_OrgUniqueIdentifier,
-                    self.m_VendorSpecificInfo, self.m_Flags);
-  }
-
   unsigned int m_Version = 0;
   unsigned int m_InformationRevision = 0;
   EMACAddress m_SrcMac;
@@ -68,7 +55,6 @@ class EEthernetOAMStatus {
   unsigned int m_Flags = 0;
 };
 
-EArchive& operator<<(EArchive& archive, const EEthernetOAMStatus& status);
-EArchive& operator>>(EArchive& archive, EEthernetOAMStatus& status);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EEthernetOAMStatus>;

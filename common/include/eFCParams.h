@@ -5,16 +5,14 @@
 
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
 
-class EFCParams {
+class EFCParams : public ERecord<EFCParams> {
  public:
   // Which timeout value a port applies.
   enum eTOV : unsigned int { kTOVStandard = 0, kTOVOverride = 1 };
 
   EFCParams() { Empty(); }
-  EFCParams(const EFCParams& other) = default;
-  EFCParams& operator=(const EFCParams& other) = default;
 
   // Restores the defaults of every parameter, flag and reset field, of the 16-bit value and of
   // the second 64-bit value; the first 64-bit value and the text are left as they are.
@@ -55,8 +53,7 @@ class EFCParams {
   void ResetLinkAck(unsigned char value) { m_ResetLinkAck = value; }
   unsigned char GetResetLinkAck() const { return m_ResetLinkAck; }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eFCParams.cpp
 
  private:
   template <typename T>
@@ -90,5 +87,4 @@ class EFCParams {
   std::string m_ReservedText;
 };
 
-EArchive& operator<<(EArchive& archive, const EFCParams& params);
-EArchive& operator>>(EArchive& archive, EFCParams& params);
+extern template class ERecord<EFCParams>;

@@ -2,21 +2,18 @@
 // values that go with it.
 #pragma once
 
-class EArchive;
+#include "eRecord.h"
 
-class EFCPhyMessage {
+class EFCPhyMessage : public ERecord<EFCPhyMessage> {
  public:
   EFCPhyMessage() { Empty(); }
-  EFCPhyMessage(const EFCPhyMessage& other) = default;
-  EFCPhyMessage& operator=(const EFCPhyMessage& other) = default;
 
   // Request type and the 16-bit value 0; the 64-bit values are left as they are.
   void Empty();
   void SetRequestType(unsigned int type) { m_RequestType = type; }
   unsigned int GetRequestType() const { return m_RequestType; }
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eFCPhyMessage.cpp
 
  private:
   unsigned int m_RequestType;
@@ -26,5 +23,4 @@ class EFCPhyMessage {
   unsigned long m_ReservedLong2 = 0;
 };
 
-EArchive& operator<<(EArchive& archive, const EFCPhyMessage& message);
-EArchive& operator>>(EArchive& archive, EFCPhyMessage& message);
+extern template class ERecord<EFCPhyMessage>;

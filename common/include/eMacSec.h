@@ -4,16 +4,14 @@
 #pragma once
 
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "eBlob.h"
-
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EMacSec {
+class EMacSec : public ERecord<EMacSec> {
  public:
   enum eRequestType : unsigned int { kMacSecInvalid = 0, kMacSecGetTable = 1, kMacSecSetTable = 2 };
   enum eReturnCode : unsigned int { kSuccess = 0, kFail = 1 };
@@ -21,14 +19,11 @@ class EMacSec {
 
   // One secure association: channel identifier (8 bytes), association number (0-3) and key
   // (16 bytes) when valid. Archived without a signature of its own.
-  class ESecureAssociation {
+  class ESecureAssociation : public ERecord<ESecureAssociation> {
    public:
     ESecureAssociation() = default;
     ESecureAssociation(const EBlob& sci, unsigned char an, const EBlob& sak)
         : m_SCI(sci), m_AN(an), m_SAK(sak) {}
-    ESecureAssociation(const ESecureAssociation& other) = default;
-    ESecureAssociation& operator=(const ESecureAssociation& other) = default;
-    ~ESecureAssociation() = default;
 
     void SetSCI(const EBlob& sci) { m_SCI = sci; }
     const EBlob& GetSCI() const { return m_SCI; }
@@ -42,8 +37,7 @@ class EMacSec {
     bool operator==(const ESecureAssociation& other) const;
     bool operator!=(const ESecureAssociation& other) const { return !(*this == other); }
 
-    void SerializeOut(EArchive& archive) const;
-    void SerializeIn(EArchive& archive);
+    struct Schema;  // the archive form, in eMacSec.cpp
 
    private:
     EBlob m_SCI;
@@ -52,12 +46,6 @@ class EMacSec {
   };
 
   EMacSec() { Empty(); }
-  EMacSec(const EMacSec& other) { Copy(other); }
-  EMacSec& operator=(const EMacSec& other) {
-    Copy(other);
-    return *this;
-  }
-  ~EMacSec() = default;
 
   void SetRequestType(eRequestType type) { m_RequestType = type; }
   eRequestType GetRequestType() const { return m_RequestType; }
@@ -96,19 +84,13 @@ class EMacSec {
   std::string ToString() const;
   std::string ToStringFull() const;
 
-  void SerializeOut(EArchive& archive) const;
-  // Reads the current layout and the older one without the offset, which then keeps its value.
-  void SerializeIn(EArchive& archive);
+  // Archived by ERecord: the current layout, and the older one without the offset, which then
+  // keeps its value.
+  struct Schema;  // the archive form, in eMacSec.cpp
 
  private:
   // Writes the items after the head; `withTable` adds the offset and the table size.
   std::string Text(bool withTable) const;
-  // Every field once; copying, exchanging and comparing go through this list.
-  template <typename Self>
-  static auto Fields(Self& self) {
-    return std::tie(self.m_RequestType, self.m_ReturnCode, self.m_ClientMessageId, self.m_TableId,
-                    self.m_SATable, self.m_ConfOff);
-  }
 
   eRequestType m_RequestType;
   eReturnCode m_ReturnCode;
@@ -118,9 +100,7 @@ class EMacSec {
   unsigned char m_ConfOff;
 };
 
-EArchive& operator<<(EArchive& archive, const EMacSec& macSec);
-EArchive& operator>>(EArchive& archive, EMacSec& macSec);
-EArchive& operator<<(EArchive& archive, const EMacSec::ESecureAssociation& association);
-EArchive& operator>>(EArchive& archive, EMacSec::ESecureAssociation& association);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EMacSec::ESecureAssociation>;
+extern template class ERecord<eHal::EMacSec>;

@@ -4,11 +4,11 @@
 
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EPOSLinkLayerSettings {
+class EPOSLinkLayerSettings : public ERecord<EPOSLinkLayerSettings> {
  public:
   enum eLinkType : unsigned int {
     kCiscoHDLC = 0,
@@ -23,11 +23,6 @@ class EPOSLinkLayerSettings {
   static constexpr unsigned int kPortCount = 64;
 
   EPOSLinkLayerSettings() { Empty(); }
-  EPOSLinkLayerSettings(const EPOSLinkLayerSettings& other) { Copy(other); }
-  EPOSLinkLayerSettings& operator=(const EPOSLinkLayerSettings& other) {
-    Copy(other);
-    return *this;
-  }
 
   // Every port: link type "Other", both CRC size codes 32 bits.
   void Empty();
@@ -36,27 +31,27 @@ class EPOSLinkLayerSettings {
   void Copy(const EPOSLinkLayerSettings* other);
 
   // Setters take the value first and the port index (0-63, not checked) second.
-  void SetLinkType(unsigned int linkType, unsigned int port) { m_LinkType[port] = linkType; }
-  void SetTxCRCSize(unsigned int code, unsigned int port) { m_TxCRCSize[port] = code; }
-  void SetRxCRCSize(unsigned int code, unsigned int port) { m_RxCRCSize[port] = code; }
-  unsigned int GetLinkType(unsigned int port) const { return m_LinkType[port]; }
-  unsigned int GetTxCRCSize(unsigned int port) const { return m_TxCRCSize[port]; }
-  unsigned int GetRxCRCSize(unsigned int port) const { return m_RxCRCSize[port]; }
+  void SetLinkType(unsigned int linkType, unsigned int port) { m_Ports[port].linkType = linkType; }
+  void SetTxCRCSize(unsigned int code, unsigned int port) { m_Ports[port].txCRCSize = code; }
+  void SetRxCRCSize(unsigned int code, unsigned int port) { m_Ports[port].rxCRCSize = code; }
+  unsigned int GetLinkType(unsigned int port) const { return m_Ports[port].linkType; }
+  unsigned int GetTxCRCSize(unsigned int port) const { return m_Ports[port].txCRCSize; }
+  unsigned int GetRxCRCSize(unsigned int port) const { return m_Ports[port].rxCRCSize; }
 
   // 16 for code 0, 32 for code 1, 0 for any other code.
   unsigned int GetCRCSizeInBits(unsigned int code) const;
   unsigned int GetCRCSizeInBytes(unsigned int code) const { return GetCRCSizeInBits(code) / 8; }
   unsigned int GetTxCRCSizeInBits(unsigned int port) const {
-    return GetCRCSizeInBits(m_TxCRCSize[port]);
+    return GetCRCSizeInBits(m_Ports[port].txCRCSize);
   }
   unsigned int GetTxCRCSizeInBytes(unsigned int port) const {
-    return GetCRCSizeInBytes(m_TxCRCSize[port]);
+    return GetCRCSizeInBytes(m_Ports[port].txCRCSize);
   }
   unsigned int GetRxCRCSizeInBits(unsigned int port) const {
-    return GetCRCSizeInBits(m_RxCRCSize[port]);
+    return GetCRCSizeInBits(m_Ports[port].rxCRCSize);
   }
   unsigned int GetRxCRCSizeInBytes(unsigned int port) const {
-    return GetCRCSizeInBytes(m_RxCRCSize[port]);
+    return GetCRCSizeInBytes(m_Ports[port].rxCRCSize);
   }
 
   // All 192 entries equal.
@@ -67,19 +62,28 @@ class EPOSLinkLayerSettings {
   // "Encapsulation:<link type> TxCRCSize:<bits> RxCRCSize:<bits>" and a line feed.
   std::string GetLogString(unsigned int port) const;
 
-  // Writes the ports from 63 down to 0.
-  void SerializeOut(EArchive& archive) const;
-  // Reads the current layout, or the older one that carries only port 0 (the other ports keep
-  // their values).
+  // Archived by ERecord, which writes the ports from 63 down to 0. Reads the current layout,
+  // or the older one that carries only port 0 (the other ports keep their values).
   void SerializeIn(EArchive& archive);
 
+  struct Schema;  // the archive form, in ePOSLinkLayerSettings.cpp
+
  private:
-  unsigned int m_LinkType[kPortCount];
-  unsigned int m_TxCRCSize[kPortCount];
-  unsigned int m_RxCRCSize[kPortCount];
+  // One port's entry.
+  struct Port {
+    unsigned int linkType;
+    unsigned int txCRCSize;
+    unsigned int rxCRCSize;
+
+    bool operator==(const Port& other) const {
+      return linkType == other.linkType && txCRCSize == other.txCRCSize &&
+             rxCRCSize == other.rxCRCSize;
+    }
+  };
+
+  Port m_Ports[kPortCount];
 };
 
-EArchive& operator<<(EArchive& archive, const EPOSLinkLayerSettings& settings);
-EArchive& operator>>(EArchive& archive, EPOSLinkLayerSettings& settings);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EPOSLinkLayerSettings>;

@@ -6,11 +6,11 @@
 #include <map>
 #include <string>
 
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class EStreamConfig {
+class EStreamConfig : public ERecord<EStreamConfig> {
  public:
   enum eRequestType : unsigned int {
     kInvalid = 0,
@@ -24,7 +24,7 @@ class EStreamConfig {
   enum eReturnCode : unsigned int { kSuccess = 0, kFailure = 1 };
 
   // One stream's entry; plain public data.
-  class EStreamData {
+  class EStreamData : public ERecord<EStreamData> {
    public:
     enum eAction : unsigned int { kActionInvalid = 0, kAdd = 1, kDelete = 2, kSet = 3 };
 
@@ -35,15 +35,12 @@ class EStreamConfig {
           m_StreamParameter(streamParameter),
           m_FirstStreamValue(firstStreamValue),
           m_SecondStreamValue(secondStreamValue) {}
-    EStreamData(const EStreamData& other) = default;
-    EStreamData& operator=(const EStreamData& other) = default;
 
     void Copy(const EStreamData& other) { *this = other; }
     // "invalid", "add", "delete" or "set"; empty for any other action.
     const char* GetActionAsString() const;
 
-    void SerializeOut(EArchive& archive) const;
-    void SerializeIn(EArchive& archive);
+    struct Schema;  // the archive form, in eStreamConfig.cpp
 
     eAction m_Action = kActionInvalid;
     unsigned int m_StreamParameter = 0;
@@ -53,9 +50,6 @@ class EStreamConfig {
   using EStreamDataMap = std::map<unsigned int, EStreamData>;
 
   EStreamConfig() { Empty(); }
-  EStreamConfig(const EStreamConfig& other) = default;
-  EStreamConfig& operator=(const EStreamConfig& other) = default;
-  ~EStreamConfig() = default;
 
   void SetRequestType(eRequestType type) { m_RequestType = type; }
   eRequestType GetRequestType() const { return m_RequestType; }
@@ -77,8 +71,7 @@ class EStreamConfig {
   // standard output and returns an empty text.
   const char* GetRequestTypeAsString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eStreamConfig.cpp
 
  private:
   eRequestType m_RequestType;
@@ -88,9 +81,7 @@ class EStreamConfig {
   EStreamDataMap m_StreamConfigMap;
 };
 
-EArchive& operator<<(EArchive& archive, const EStreamConfig& config);
-EArchive& operator>>(EArchive& archive, EStreamConfig& config);
-EArchive& operator<<(EArchive& archive, const EStreamConfig::EStreamData& data);
-EArchive& operator>>(EArchive& archive, EStreamConfig::EStreamData& data);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::EStreamConfig::EStreamData>;
+extern template class ERecord<eHal::EStreamConfig>;

@@ -5,18 +5,16 @@
 #include <string>
 
 #include "eBlob.h"
-
-class EArchive;
+#include "eRecord.h"
 
 namespace eHal {
 
-class ETLV {
+class ETLV : public ERecord<ETLV> {
  public:
   ETLV() = default;
   ETLV(unsigned int type, const EBlob& value) : m_Type(type), m_Value(value) {}
-  ETLV(const ETLV& other) = default;
-  ETLV& operator=(const ETLV& other) = default;
 
+  // Exchanges the types and the value buffers; no byte is copied.
   void Swap(ETLV& other);
   // Type and value bytes equal.
   bool operator==(const ETLV& other) const;
@@ -30,15 +28,13 @@ class ETLV {
   // "Type: <decimal>, Value: <hex string of the bytes>".
   std::string GetAsString() const;
 
-  void SerializeOut(EArchive& archive) const;
-  void SerializeIn(EArchive& archive);
+  struct Schema;  // the archive form, in eTLV.cpp
 
  private:
   unsigned int m_Type = 0;
   EBlob m_Value;
 };
 
-EArchive& operator<<(EArchive& archive, const ETLV& tlv);
-EArchive& operator>>(EArchive& archive, ETLV& tlv);
-
 }  // namespace eHal
+
+extern template class ERecord<eHal::ETLV>;
