@@ -58,16 +58,16 @@ bool EConditionalStatConfig::operator==(const EConditionalStatConfig& other) con
 }
 
 const char* EConditionalStatConfig::RequestTypeToString() const {
-  return eRecordText::EnumText(m_RequestType, kRequestTypeTexts);
+  return EnumText(m_RequestType, kRequestTypeTexts);
 }
 
 const char* EConditionalStatConfig::ReturnCodeToString() const {
-  return eRecordText::EnumText(m_ReturnCode, kReturnCodeTexts);
+  return EnumText(m_ReturnCode, kReturnCodeTexts);
 }
 
 std::string EConditionalStatConfig::ToString() const {
   std::ostringstream text;
-  eRecordText::WriteHead(text, RequestTypeToString(), ReturnCodeToString());
+  WriteHead(text, RequestTypeToString(), ReturnCodeToString());
   if (m_RequestType == kConfigure) {
     text << ", From PGID: " << m_FromPGID << ", To PGID: " << m_ToPGID
          << ", From Stream-id: " << m_FromStreamID << ", To Stream-id: " << m_ToStreamID

@@ -4,7 +4,6 @@
 #include <sstream>
 #include <utility>
 
-#include "eMACAddressCodec.h"
 #include "eRecordSchema.h"
 #include "eRecordText.h"
 
@@ -16,7 +15,7 @@ struct EEthernetOAMConfig::Schema {
   using C = EEthernetOAMConfig;
   static constexpr auto kFields = std::make_tuple(
       Field("RequestType", &C::m_RequestType), Field("ReturnCode", &C::m_ReturnCode),
-      Field("SrcMac", &C::m_SrcMac, kMACAddress), Field("OAMCapability", &C::m_OAMCapability),
+      Field("SrcMac", &C::m_SrcMac), Field("OAMCapability", &C::m_OAMCapability),
       Field("MaxPDUSize", &C::m_MaxPDUSize),
       Field("OrgUniqueIdentifier", &C::m_OrgUniqueIdentifier),
       Field("VendorSpecificInfo", &C::m_VendorSpecificInfo),
@@ -41,11 +40,11 @@ bool EEthernetOAMConfig::operator==(const EEthernetOAMConfig& other) const {
 }
 
 const char* EEthernetOAMConfig::RequestTypeToString() const {
-  return eRecordText::EnumText(m_RequestType, kRequestTypeTexts);
+  return EnumText(m_RequestType, kRequestTypeTexts);
 }
 
 const char* EEthernetOAMConfig::ReturnCodeToString() const {
-  return eRecordText::EnumText(m_ReturnCode, kReturnCodeTexts);
+  return EnumText(m_ReturnCode, kReturnCodeTexts);
 }
 
 void EEthernetOAMConfig::WriteInformation(std::ostream& text) const {
@@ -58,14 +57,14 @@ void EEthernetOAMConfig::WriteInformation(std::ostream& text) const {
 
 std::string EEthernetOAMConfig::ToString() const {
   std::ostringstream text;
-  eRecordText::WriteHead(text, RequestTypeToString(), ReturnCodeToString());
+  WriteHead(text, RequestTypeToString(), ReturnCodeToString());
   if (m_RequestType == kConfigure) WriteInformation(text);
   return text.str();
 }
 
 std::string EEthernetOAMConfig::ToStringFull() const {
   std::ostringstream text;
-  eRecordText::WriteHead(text, RequestTypeToString(), ReturnCodeToString());
+  WriteHead(text, RequestTypeToString(), ReturnCodeToString());
   WriteInformation(text);
   return text.str();
 }

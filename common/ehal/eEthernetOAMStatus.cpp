@@ -3,7 +3,6 @@
 #include <sstream>
 #include <utility>
 
-#include "eMACAddressCodec.h"
 #include "eRecordSchema.h"
 
 namespace eHal {
@@ -14,7 +13,7 @@ struct EEthernetOAMStatus::Schema {
   using S = EEthernetOAMStatus;
   static constexpr auto kFields = std::make_tuple(
       Field("Version", &S::m_Version), Field("InformationRevision", &S::m_InformationRevision),
-      Field("SrcMac", &S::m_SrcMac, kMACAddress), Field("State", &S::m_State),
+      Field("SrcMac", &S::m_SrcMac), Field("State", &S::m_State),
       Field("OAMCapability", &S::m_OAMCapability), Field("MaxPDUSize", &S::m_MaxPDUSize),
       Field("OrgUniqueIdentifier", &S::m_OrgUniqueIdentifier),
       Field("VendorSpecificInfo", &S::m_VendorSpecificInfo), Field("Flags", &S::m_Flags));

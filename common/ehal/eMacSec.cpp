@@ -94,20 +94,20 @@ bool EMacSec::IsValid(bool throwIfInvalid) const {
 }
 
 const char* EMacSec::RequestTypeToString() const {
-  return eRecordText::EnumText(m_RequestType, kRequestTypeTexts);
+  return EnumText(m_RequestType, kRequestTypeTexts);
 }
 
 const char* EMacSec::ReturnCodeToString() const {
-  return eRecordText::EnumText(m_ReturnCode, kReturnCodeTexts);
+  return EnumText(m_ReturnCode, kReturnCodeTexts);
 }
 
 const char* EMacSec::TableIdToString() const {
-  return eRecordText::EnumText(m_TableId, kTableIdTexts);
+  return EnumText(m_TableId, kTableIdTexts);
 }
 
 std::string EMacSec::Text(bool withTable) const {
   std::ostringstream text;
-  eRecordText::WriteHead(text, RequestTypeToString(), ReturnCodeToString());
+  WriteHead(text, RequestTypeToString(), ReturnCodeToString());
   text << ", Client Message ID: " << m_ClientMessageId << ", Table ID: " << TableIdToString();
   if (withTable) {
     // The offset goes out as the byte itself, not as its digits.

@@ -87,7 +87,7 @@ bool EPOSLinkLayerSettings::IsEqual(const EPOSLinkLayerSettings& other) const {
 
 std::string EPOSLinkLayerSettings::GetLogString(unsigned int port) const {
   std::ostringstream text;
-  text << "Encapsulation:" << eRecordText::EnumText(m_Ports[port].linkType, kLinkTypeTexts)
+  text << "Encapsulation:" << EnumText(m_Ports[port].linkType, kLinkTypeTexts)
        << " TxCRCSize:" << GetTxCRCSizeInBits(port) << " RxCRCSize:" << GetRxCRCSizeInBits(port)
        << "\n";
   return text.str();

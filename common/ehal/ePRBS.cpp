@@ -105,16 +105,16 @@ bool EPRBS::IsValid(bool throwIfInvalid) const {
 }
 
 const char* EPRBS::RequestTypeToString() const {
-  return eRecordText::EnumText(m_RequestType, kRequestTypeTexts);
+  return EnumText(m_RequestType, kRequestTypeTexts);
 }
 
 const char* EPRBS::ReturnCodeToString() const {
-  return eRecordText::EnumText(m_ReturnCode, kReturnCodeTexts);
+  return EnumText(m_ReturnCode, kReturnCodeTexts);
 }
 
 std::string EPRBS::ToString() const {
   std::ostringstream text;
-  eRecordText::WriteHead(text, RequestTypeToString(), ReturnCodeToString(), "State: ");
+  WriteHead(text, RequestTypeToString(), ReturnCodeToString(), "State: ");
   text << ", Extra Id: " << m_ExtraId << ", Client Message Id: " << m_ClientMessageId;
   switch (m_RequestType) {
     case kPRBSConfigure:
@@ -138,7 +138,7 @@ std::string EPRBS::ToString() const {
 
 std::string EPRBS::ToStringFull() const {
   std::ostringstream text;
-  eRecordText::WriteHead(text, RequestTypeToString(), ReturnCodeToString(), "State: ");
+  WriteHead(text, RequestTypeToString(), ReturnCodeToString(), "State: ");
   text << ", Extra Id: " << m_ExtraId << ", Client Message Id: " << m_ClientMessageId
        << ", Buffer Size: " << m_BufferSize << ", Start: " << m_Start
        << ", Count: " << m_PacketCount << ", PacketData: " << m_Packets.size();

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <ostream>
 
-namespace eRecordText {
+namespace eHal::detail {
 
 // The text of `value` in a table indexed from 0, or `fallback` for any value beyond it.
 template <std::size_t N>
@@ -21,4 +21,4 @@ inline std::ostream& WriteHead(std::ostream& text, const char* requestText, cons
   return text << label << requestText << ", Return Code: " << returnText;
 }
 
-}  // namespace eRecordText
+}  // namespace eHal::detail

@@ -41,7 +41,7 @@ const char* const kActionTexts[] = {"invalid", "add", "delete", "set"};
 }  // namespace
 
 const char* EStreamConfig::EStreamData::GetActionAsString() const {
-  return eRecordText::EnumText(m_Action, kActionTexts, "");
+  return EnumText(m_Action, kActionTexts, "");
 }
 
 void EStreamConfig::SetReturnCode(const char* text) {
@@ -57,7 +57,7 @@ void EStreamConfig::Empty() {
 }
 
 const char* EStreamConfig::GetRequestTypeAsString() const {
-  const char* const text = eRecordText::EnumText(m_RequestType, kRequestTypeTexts, nullptr);
+  const char* const text = EnumText(m_RequestType, kRequestTypeTexts, nullptr);
   if (text != nullptr) return text;
   std::printf("returning default \n");
   return "";
