@@ -603,12 +603,16 @@ TEST(EIPAddress, ArbitraryBytesNeverCrash) {
     for (int i = 0; i < length; ++i)
       bytes.push_back(static_cast<char>(random() % 2 == 0 ? '0' + random() % 10 : random()));
     EIPAddress address;
+    address.SetType(eIPv6Address);
     try {
       ReadFrom(bytes, address);
     } catch (const SerializeErrorThrown&) {
     }
+    // The old layout carries no type: whatever follows, the address is IPv4.
+    if (round % 2 == 1) {
+      EXPECT_EQ(address.GetType(), static_cast<unsigned int>(eIPv4Address));
+    }
   }
-  SUCCEED();
 }
 
 #ifdef NETWORK_VALUES_HAVE_VIRTUAL_SLOTS

@@ -8,6 +8,7 @@
 #include <functional>
 #include <set>
 #include <string>
+#include <type_traits>
 #include <thread>
 #include <vector>
 
@@ -351,7 +352,8 @@ TEST(EOutgoingMessage, DefaultsAndArchiveForm) {
 TEST(EOutgoingMessage, GetMessageReturnsTheHeldPayload) {
   EOutgoingMessage message;
   message.SetMessage(Payload("AB"));
-  EXPECT_EQ(&message.GetMessage(), &message.GetMessage());
+  static_assert(std::is_same_v<decltype(message.GetMessage()), const EBlob&>,
+                "EOutgoingMessage hands out the payload it holds");
   EOutgoingMessage copy(message);
   copy = copy;
   EXPECT_EQ(Text(copy.GetMessage()), "AB");
@@ -440,7 +442,8 @@ TEST(ETableMessage, DefaultsAndArchiveForm) {
   ReadFrom(BytesOf(message), back);
   EXPECT_EQ(back.GetMessageType(), 2u);
   EXPECT_EQ(Text(back.GetMessage()), "AB");
-  EXPECT_EQ(&back.GetMessage(), &back.GetMessage());
+  static_assert(std::is_same_v<decltype(back.GetMessage()), const EBlob&>,
+                "ETableMessage hands out the payload it holds");
   EXPECT_EQ(back.GetTableName().GetTableName(), "IPADDRESSTABLE");
   ETableMessage copy(back);
   copy = copy;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -53,7 +55,21 @@ TEST(ELock, LockAndUnlockThroughConstVolatile) {
   { const EScopedLock scoped(lock); }
   lock.Lock();
   lock.Unlock();
-  SUCCEED();
+  // Every lock was released: another thread takes the lock at once.
+  std::atomic<bool> taken{false};
+  std::thread other([&lock, &taken] {
+    lock.Lock();
+    taken = true;
+    lock.Unlock();
+  });
+  for (int i = 0; i < 200 && !taken; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_TRUE(taken);
+  if (taken) {
+    other.join();
+  } else {
+    other.detach();
+  }
 }
 
 TEST(EGetTickCount, IsMonotonicMilliseconds) {
