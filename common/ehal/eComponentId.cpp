@@ -7,8 +7,7 @@
 using namespace eHal::detail;
 
 struct EComponentId::Schema {
-  static constexpr auto kFields =
-      std::make_tuple(Field("Components", &EComponentId::m_Components));
+  static constexpr auto kFields = std::make_tuple(Field("Components", &EComponentId::m_Components));
   static constexpr Layout kLayouts[] = {{0x18111111}};
   // The report deliberately names another class's reader; receivers match on this text.
   static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eComponentId", 235,

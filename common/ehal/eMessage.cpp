@@ -9,13 +9,12 @@ using namespace detail;
 // Only version 3 is written. Versions 1 and 2 lack the leading port count and port id; the
 // signatures of the layouts before them lack the destination and then the client id as well.
 struct EMessage::Schema {
-  static constexpr auto kFields =
-      std::make_tuple(Field("MessagePortCount", &EMessage::m_PortCount),
-                      Field("MessagePortId", &EMessage::m_PortId),
-                      Field("Destination", &EMessage::m_Destination, kByte),
-                      Field("ClientID", &EMessage::m_ClientID),
-                      Field("MessageType", &EMessage::m_MessageType),
-                      Field("Message", &EMessage::m_Message));
+  static constexpr auto kFields = std::make_tuple(
+      Field("MessagePortCount", &EMessage::m_PortCount),
+      Field("MessagePortId", &EMessage::m_PortId),
+      Field("Destination", &EMessage::m_Destination, kByte),
+      Field("ClientID", &EMessage::m_ClientID), Field("MessageType", &EMessage::m_MessageType),
+      Field("Message", &EMessage::m_Message));
   static constexpr Layout kLayouts[] = {
       {3},
       {2, Lacking(1)},

@@ -9,9 +9,9 @@ namespace eHal {
 using namespace detail;
 
 struct EPacket::Schema {
-  static constexpr auto kFields = std::make_tuple(
-      Field("PacketTimestamp", &EPacket::m_PacketTimestamp),
-      Field("PacketData", &EPacket::m_PacketData));
+  static constexpr auto kFields =
+      std::make_tuple(Field("PacketTimestamp", &EPacket::m_PacketTimestamp),
+                      Field("PacketData", &EPacket::m_PacketData));
   static constexpr Layout kLayouts[] = {{0x112344}};
   static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePacket", 108,
                                                  "eHal::EPacket::SerializeIn"};

@@ -148,8 +148,7 @@ struct Vector {
     ::SerializeIn(archive, items);
   }
   template <typename Item>
-  static void Describe(ERecordVisitor& visitor, const char* name,
-                       const std::vector<Item>& items) {
+  static void Describe(ERecordVisitor& visitor, const char* name, const std::vector<Item>& items) {
     visitor.BeginList(name, EWire::kUnsigned64, items.size());
     for (const Item& item : items)
       CodecOf<Item>::Describe(visitor, "", item);
@@ -419,9 +418,9 @@ void ReadFields(EArchive& archive, Record& record, const Layout& layout) {
       archive.ReadUnsignedInt();
       continue;
     }
-    VisitFieldAt<Schema>(static_cast<std::size_t>(position),
-                         [&](const auto& field) { field.Read(archive, record); },
-                         std::make_index_sequence<kFieldCount<Schema>>{});
+    VisitFieldAt<Schema>(
+        static_cast<std::size_t>(position), [&](const auto& field) { field.Read(archive, record); },
+        std::make_index_sequence<kFieldCount<Schema>>{});
   }
 }
 

@@ -58,7 +58,6 @@ class EUID : public ERecord<EUID> {
 
 extern template class ERecord<EUID>;
 
-
 namespace eHal {
 // m0^0x02 m1 m2 FF FE m3 m4 m5 from a MAC address of at least six bytes; 00 00 00 FF FE 00 00 00
 // from a shorter one.
