@@ -14,23 +14,13 @@ using namespace eHal::detail;
 
 struct EIPAddress::Schema {
   // The address bytes travel as a blob of 4 or 16 bytes, by the type before them.
-  struct AddressBytes {
-    static void Write(EArchive& archive, const EIPAddress& address) {
-      archive << address.GetAddressAsBlob();
-    }
-    static void Read(EArchive& archive, EIPAddress& address) {
-      EBlob bytes;
-      archive >> bytes;
-      address.SetAddress(bytes, address.m_Type);
-    }
-    static void Describe(ERecordVisitor& visitor, const char* name, const EIPAddress& address) {
-      visitor.Bytes(name, address.GetAddressAsBlob());
-    }
-  };
+  static void SetAddressBytes(EIPAddress& address, const EBlob& bytes) {
+    address.SetAddress(bytes, address.m_Type);
+  }
 
-  static constexpr auto kFields =
-      std::make_tuple(Field("Type", &EIPAddress::m_Type, kWrittenSigned),
-                      Property<EIPAddress>("Address", AddressBytes{}));
+  static constexpr auto kFields = std::make_tuple(
+      Field("Type", &EIPAddress::m_Type, kWrittenSigned),
+      Property<EIPAddress>("Address", BlobOf<&EIPAddress::GetAddressAsBlob, SetAddressBytes>{}));
   // The old layout carries no type: the address is IPv4.
   static constexpr Layout kLayouts[] = {{0x18111112}, {0x18111111, Lacking(1)}};
   static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddress", 522,

@@ -50,7 +50,7 @@ EBlob EIPAddressRange::GetIPAddressFrom() const {
 }
 
 bool EIPAddressRange::IsEqual(const EIPAddressRange& other) const {
-  return m_RangeCount == other.m_RangeCount && m_Address.IsEqual(other.m_Address);
+  return SameFields<Schema>(*this, other);
 }
 
 bool EIPAddressRange::operator<(const EIPAddressRange& other) const {

@@ -12,31 +12,31 @@ using namespace detail;
 
 // One field, the ports. SerializeIn reads the older layout by hand: it carries port 0 only.
 struct EPOSLinkLayerSettings::Schema {
-  // The ports from 63 down to 0, each as link type, transmit and receive CRC size code.
+  // One port's entry, without a signature of its own.
+  struct PortSchema {
+    static constexpr auto kFields =
+        std::make_tuple(Field("LinkType", &Port::linkType), Field("TxCRCSize", &Port::txCRCSize),
+                        Field("RxCRCSize", &Port::rxCRCSize));
+  };
+
+  // The ports from 63 down to 0.
   struct Ports {
     using Array = Port[kPortCount];
 
     static void Write(EArchive& archive, const Array& ports) {
-      for (unsigned int port = kPortCount; port-- > 0;) {
-        archive << ports[port].linkType << ports[port].txCRCSize << ports[port].rxCRCSize;
-      }
+      for (unsigned int port = kPortCount; port-- > 0;)
+        WriteFields<PortSchema>(archive, ports[port]);
     }
     static void Read(EArchive& archive, Array& ports) { ReadFirst(archive, ports, kPortCount); }
     // Reads ports `count` - 1 down to 0.
     static void ReadFirst(EArchive& archive, Array& ports, unsigned int count) {
-      for (unsigned int port = count; port-- > 0;) {
-        archive >> ports[port].linkType >> ports[port].txCRCSize >> ports[port].rxCRCSize;
-      }
+      for (unsigned int port = count; port-- > 0;)
+        ReadWithoutSignature<PortSchema>(archive, ports[port]);
     }
     static void Describe(ERecordVisitor& visitor, const char* name, const Array& ports) {
       visitor.BeginList(name, EWire::kNone, kPortCount);
-      for (unsigned int port = kPortCount; port-- > 0;) {
-        visitor.BeginRecord("");
-        kUnsigned.Describe(visitor, "LinkType", ports[port].linkType);
-        kUnsigned.Describe(visitor, "TxCRCSize", ports[port].txCRCSize);
-        kUnsigned.Describe(visitor, "RxCRCSize", ports[port].rxCRCSize);
-        visitor.EndRecord();
-      }
+      for (unsigned int port = kPortCount; port-- > 0;)
+        detail::Describe<PortSchema>(visitor, "", ports[port]);
       visitor.EndList();
     }
   };
@@ -79,6 +79,10 @@ unsigned int EPOSLinkLayerSettings::GetCRCSizeInBits(unsigned int code) const {
     default:
       return 0;
   }
+}
+
+bool EPOSLinkLayerSettings::Port::operator==(const Port& other) const {
+  return SameFields<Schema::PortSchema>(*this, other);
 }
 
 bool EPOSLinkLayerSettings::IsEqual(const EPOSLinkLayerSettings& other) const {

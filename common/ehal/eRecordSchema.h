@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <tuple>
@@ -126,6 +127,26 @@ struct Nested {
   template <typename Record>
   static void Describe(ERecordVisitor& visitor, const char* name, const Record& value) {
     value.Describe(visitor, name);
+  }
+};
+
+// A byte blob in its own archive form that no member holds as it travels: `Get(record)` makes it
+// from the record and `Set(record, blob)` puts the blob read back. For use with Property.
+template <auto Get, auto Set>
+struct BlobOf {
+  template <typename Record>
+  static void Write(EArchive& archive, const Record& record) {
+    archive << std::invoke(Get, record);
+  }
+  template <typename Record>
+  static void Read(EArchive& archive, Record& record) {
+    EBlob bytes;
+    archive >> bytes;
+    std::invoke(Set, record, bytes);
+  }
+  template <typename Record>
+  static void Describe(ERecordVisitor& visitor, const char* name, const Record& record) {
+    visitor.Bytes(name, std::invoke(Get, record));
   }
 };
 

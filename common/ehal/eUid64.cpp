@@ -12,19 +12,10 @@ using namespace eHal::detail;
 
 // Version 1, then the eight bytes as a blob.
 struct EUID::Schema {
-  struct IdBytes {
-    static void Write(EArchive& archive, const EUID& id) { archive << id.GetAsBlob(); }
-    static void Read(EArchive& archive, EUID& id) {
-      EBlob bytes;
-      archive >> bytes;
-      id.SetId(bytes);
-    }
-    static void Describe(ERecordVisitor& visitor, const char* name, const EUID& id) {
-      visitor.Bytes(name, id.GetAsBlob());
-    }
-  };
+  static void SetIdBytes(EUID& id, const EBlob& bytes) { id.SetId(bytes); }
 
-  static constexpr auto kFields = std::make_tuple(Property<EUID>("Id", IdBytes{}));
+  static constexpr auto kFields =
+      std::make_tuple(Property<EUID>("Id", BlobOf<&EUID::GetAsBlob, SetIdBytes>{}));
   static constexpr Layout kLayouts[] = {{1}};
   static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eUid64", 68,
                                                  "EUID::SerializeIn"};

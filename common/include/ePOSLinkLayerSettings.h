@@ -75,10 +75,7 @@ class EPOSLinkLayerSettings : public ERecord<EPOSLinkLayerSettings> {
     unsigned int txCRCSize;
     unsigned int rxCRCSize;
 
-    bool operator==(const Port& other) const {
-      return linkType == other.linkType && txCRCSize == other.txCRCSize &&
-             rxCRCSize == other.rxCRCSize;
-    }
+    bool operator==(const Port& other) const;
   };
 
   Port m_Ports[kPortCount];
