@@ -25,9 +25,13 @@ class Reencoder : public ERecordVisitor {
   void BeginRecord(const char*) override {}
   void EndRecord() override {}
   void BeginList(const char*, EWire countWire, std::size_t count) override {
-    if (countWire != EWire::kNone) Write(countWire, count);
+    m_Lists.push_back(countWire);
+    if (countWire != EWire::kNone && countWire != EWire::kZeroEnded) Write(countWire, count);
   }
-  void EndList() override {}
+  void EndList() override {
+    if (m_Lists.back() == EWire::kZeroEnded) Write(EWire::kUnsigned32, 0);
+    m_Lists.pop_back();
+  }
 
  protected:
   void Write(EWire wire, std::uint64_t value) {
@@ -46,6 +50,7 @@ class Reencoder : public ERecordVisitor {
   }
 
   EArchive m_Archive;
+  std::vector<EWire> m_Lists;  // the count forms of the lists open
 };
 
 // Writes a description back with every number but the signatures replaced by the next of a
@@ -98,7 +103,7 @@ using namespace eHal;
 using Records = ::testing::Types<
     // values and identifiers
     EStringList, Integer16Byte, EIPAddress, EIPMaskedAddress, EIPAddressRange, EMACAddress,
-    EMACAddressRange, EIPMACPair, EUID, EComponentId, EMultiComponentId,
+    EMACAddressRange, EIPMACPair, EUID, EComponentId, EMultiComponentId, EUniqueIDGenerator,
     // names and envelopes
     EProtocolName, ETableName, EClientID, EMessage, EGlobalMessage, EOutgoingGlobalMessage,
     EOutgoingMessage, EOutgoingProtocolMessage, ETableMessage, ESwitchUpdateMessage,
@@ -206,6 +211,17 @@ TEST(RecordSchema, DescriptionOfListsAndUnsignedSignatures) {
   Reencoder reencoder;
   stats.Describe(reencoder);
   EXPECT_EQ(reencoder.Written().substr(0, 11), "2434799426 ");  // 0x91201742, never negative
+}
+
+TEST(RecordSchema, DescriptionOfAListEndedByZero) {
+  EUniqueIDGenerator generator;
+  generator.ReserveID(3);
+  Printer printer;
+  generator.Describe(printer);
+  EXPECT_EQ(printer.text,
+            "{Signature=17829889, LastId=3, FreeRanges={{First=1, Last=2}, {First=4, "
+            "Last=4294967295}}}");
+  EXPECT_EQ(Described(generator), "17829889 3 1 2 4 4294967295 0 ");
 }
 
 }  // namespace

@@ -223,6 +223,43 @@ struct FixedArray {
   }
 };
 
+// True when the last read ran past the end of the data: the next one would start over from the
+// beginning of the archive.
+inline bool ReadPastEnd(const EArchive& archive) {
+  return archive.GetReadPosition() > archive.GetAsEBlob().GetSize();
+}
+
+// A list without a count, ended by a 0 where the next item would begin; no item begins with 0.
+// `Item` says how one element travels: Write and Describe as a codec's, and
+// ReadRest(archive, lead, items), which reads the rest of an item whose leading number `lead` is
+// read already and adds it to `items` (or drops it). The reader replaces the list and stops at
+// the 0, or where the data runs out, since the archive would then start over from its beginning.
+template <typename Item>
+struct ZeroEnded {
+  template <typename Items>
+  static void Write(EArchive& archive, const Items& items) {
+    for (const auto& item : items)
+      Item::Write(archive, item);
+    archive.WriteUnsignedInt(0);
+  }
+  template <typename Items>
+  static void Read(EArchive& archive, Items& items) {
+    items.clear();
+    while (!ReadPastEnd(archive)) {
+      const unsigned int lead = archive.ReadUnsignedInt();
+      if (lead == 0) return;
+      Item::ReadRest(archive, lead, items);
+    }
+  }
+  template <typename Items>
+  static void Describe(ERecordVisitor& visitor, const char* name, const Items& items) {
+    visitor.BeginList(name, EWire::kZeroEnded, items.size());
+    for (const auto& item : items)
+      Item::Describe(visitor, "", item);
+    visitor.EndList();
+  }
+};
+
 template <>
 struct DefaultCodec<bool> {
   using Type = Number<EWire::kBool>;

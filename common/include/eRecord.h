@@ -22,6 +22,8 @@ enum class EWire : unsigned char {
   kUnsigned64,           // unsigned 64-bit text
   kBool,                 // 1 or 0; the reader takes any non-zero 32-bit value as true
   kNone,                 // nothing is written (the count of a fixed-size list)
+  kZeroEnded,            // no count; a 0 follows the last item (a list whose items never begin
+                         // with 0)
 };
 
 // Receives the description of a record: its fields in archive order with their names and values.
@@ -40,7 +42,8 @@ class ERecordVisitor {
   virtual void Bytes(const char* name, const EBlob& value) = 0;
   virtual void BeginRecord(const char* name) = 0;
   virtual void EndRecord() = 0;
-  // A list of `count` items; `countWire` is how the count is written (kNone: not at all).
+  // A list of `count` items; `countWire` is how the count is written (kNone: not at all;
+  // kZeroEnded: not at all, and a 0 is written after the last item).
   virtual void BeginList(const char* name, EWire countWire, std::size_t count) = 0;
   virtual void EndList() = 0;
 };

@@ -49,6 +49,7 @@
 // Identity
 #include "eComponentId.h"
 #include "eMultiComponentId.h"
+#include "eUniqueIDGenerator.h"
 #include "eSingleCommand.h"
 #include "eProtocolName.h"
 #include "eTableName.h"
