@@ -50,6 +50,8 @@
 #include "eComponentId.h"
 #include "eMultiComponentId.h"
 #include "eUniqueIDGenerator.h"
+#include "eUniqueIDMapImplBase.h"
+#include "eUniqueIDMap.h"
 #include "eSingleCommand.h"
 #include "eProtocolName.h"
 #include "eTableName.h"

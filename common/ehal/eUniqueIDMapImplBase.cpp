@@ -1,0 +1,146 @@
+#include "eUniqueIDMapImplBase.h"
+
+#include <utility>
+
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
+
+struct EUniqueIDMapImplBase::Schema {
+  // The items: their count (written as unsigned 64-bit, read as a signed int), then for each in
+  // identifier order its identifier and the item in the typed map's form. The reader adds each
+  // item under its identifier and stops early where the data runs out.
+  struct ItemList {
+    static void Write(EArchive& archive, const EUniqueIDMapImplBase& map) {
+      archive.WriteUnsigned64Int(map.m_Items.size());
+      for (const auto& entry : map.m_Items) {
+        kUnsigned.Write(archive, map.GetItemId(entry.second));
+        map.SerializeOutItem(entry.second, archive);
+      }
+    }
+    static void Read(EArchive& archive, EUniqueIDMapImplBase& map) {
+      int count = 0;
+      kSigned.Read(archive, count);
+      for (int i = 0; i < count && !ReadPastEnd(archive); ++i) {
+        const unsigned int id = archive.ReadUnsignedInt();
+        if (ReadPastEnd(archive)) return;
+        map.AddOwnedItem(id, map.CreateItem(archive));
+      }
+    }
+  };
+
+  // The generator in its own form, which replaces the identifier state the items built up; a
+  // stream that ran out among the items keeps that state instead (the archive would start over).
+  struct Generator {
+    static void Write(EArchive& archive, const EUniqueIDGenerator& generator) {
+      archive << generator;
+    }
+    static void Read(EArchive& archive, EUniqueIDGenerator& generator) {
+      if (!ReadPastEnd(archive)) archive >> generator;
+    }
+  };
+
+  static constexpr auto kFields =
+      std::make_tuple(Property<EUniqueIDMapImplBase>("Items", ItemList{}),
+                      Field("IdGenerator", &EUniqueIDMapImplBase::m_IdGenerator, Generator{}));
+  static constexpr Layout kLayouts[] = {{0x1101001}};
+  // The map is a template in its header, which the report names.
+  static constexpr ESerializeErrorSite kError = {"common/include/eUniqueIDMap", 472,
+                                                 "EUniqueIDMap<MapItem, ParentPType>::SerializeIn"};
+};
+
+EUniqueIDMapImplBase::iterator EUniqueIDMapImplBase::AddOwnedItem(void* item) {
+  if (item == nullptr) return m_Items.end();
+  return Store(m_IdGenerator.ReserveNewID(), item);
+}
+
+EUniqueIDMapImplBase::iterator EUniqueIDMapImplBase::AddOwnedItem(unsigned int id, void* item) {
+  if (item == nullptr) return m_Items.end();
+  if (!m_IdGenerator.ReserveID(id)) {
+    DeleteItem(item);
+    return m_Items.end();
+  }
+  return Store(id, item);
+}
+
+EUniqueIDMapImplBase::iterator EUniqueIDMapImplBase::Store(unsigned int id, void* item) {
+  SetItemParent(item);
+  SetItemId(item, id);
+  try {
+    const auto [entry, inserted] = m_Items.try_emplace(id, item);
+    // The map took ownership: an item it cannot keep is destroyed.
+    if (!inserted && entry->second != item) DeleteItem(item);
+    return entry;
+  } catch (...) {
+    DeleteItem(item);
+    throw;
+  }
+}
+
+bool EUniqueIDMapImplBase::RemoveItem(iterator it) {
+  if (it == m_Items.end()) return false;
+  if (void* const item = std::exchange(it->second, nullptr)) {
+    m_IdGenerator.UnReserveID(GetItemId(item));
+    DeleteItem(item);
+  }
+  m_Items.erase(it);
+  return true;
+}
+
+void EUniqueIDMapImplBase::Empty() {
+  DestroyItems();
+  m_IdGenerator.Empty();
+}
+
+void EUniqueIDMapImplBase::DestroyItems() {
+  for (const auto& entry : m_Items)
+    DeleteItem(entry.second);
+  m_Items.clear();
+}
+
+void EUniqueIDMapImplBase::Swap(EUniqueIDMapImplBase& other) {
+  m_Items.swap(other.m_Items);
+  m_IdGenerator.Swap(other.m_IdGenerator);
+  SetItemParents();
+  other.SetItemParents();
+}
+
+// The other's entries are taken over for a moment, pointers and all, then every item is
+// replaced by a copy of its own.
+EUniqueIDMapImplBase& EUniqueIDMapImplBase::operator=(const EUniqueIDMapImplBase& other) {
+  if (this == &other) return *this;
+  m_IdGenerator = other.m_IdGenerator;
+  DestroyItems();
+  Items shared(other.m_Items);
+  m_Items.swap(shared);
+  CopyItems(false);
+  return *this;
+}
+
+void EUniqueIDMapImplBase::CopyItems(bool ownsOriginals) {
+  for (auto it = m_Items.begin(); it != m_Items.end(); ++it) {
+    void* const original = it->second;
+    try {
+      it->second = CloneItem(original);
+    } catch (...) {
+      if (!ownsOriginals) m_Items.erase(it, m_Items.end());
+      throw;
+    }
+    SetItemParent(it->second);
+    if (ownsOriginals) DeleteItem(original);
+  }
+}
+
+void EUniqueIDMapImplBase::SetItemParents() {
+  for (const auto& entry : m_Items)
+    SetItemParent(entry.second);
+}
+
+void EUniqueIDMapImplBase::SerializeOut(EArchive& archive) const {
+  Write<Schema>(archive, *this);
+}
+
+void EUniqueIDMapImplBase::SerializeIn(EArchive& archive) {
+  Empty();
+  Read<Schema>(archive, *this);
+}

@@ -1,0 +1,75 @@
+// EUniqueIDMap<MapItem, ParentPType>: an owning map from unique 32-bit identifiers to heap items,
+// each of which knows its identifier and points at the map's owner (the parent). Copies are deep.
+// The untyped work is EUniqueIDMapImplBase's; this template supplies the item operations.
+//
+// MapItem needs default and copy construction, `unsigned int GetLocalId() const`,
+// `void SetLocalId(unsigned int)`, `void SetParent(ParentPType)`,
+// `void SerializeOut(EArchive&) const` and `void SerializeIn(EArchive&)`.
+#pragma once
+
+#include <memory>
+
+#include "eUniqueIDMapImplBase.h"
+
+template <typename MapItem, typename ParentPType>
+class EUniqueIDMap : public EUniqueIDMapImplBase {
+ public:
+  explicit EUniqueIDMap(ParentPType parent = ParentPType()) : m_Parent(parent) {}
+  // Copies of the other's items, under the other's parent, which the copy shares.
+  EUniqueIDMap(const EUniqueIDMap& other) : EUniqueIDMapImplBase(), m_Parent(other.m_Parent) {
+    EUniqueIDMapImplBase::operator=(other);
+  }
+  // Copies of the other's items, pointed at this map's own parent, which stays.
+  EUniqueIDMap& operator=(const EUniqueIDMap& other) {
+    EUniqueIDMapImplBase::operator=(other);
+    return *this;
+  }
+  // Destroys every item.
+  ~EUniqueIDMap() override { Empty(); }
+
+  // Points the map and every item at `parent`.
+  void SetParent(ParentPType parent) {
+    m_Parent = parent;
+    SetItemParents();
+  }
+  ParentPType GetParent() const { return m_Parent; }
+
+  // The item of an entry; null for end().
+  MapItem* GetItem(iterator it) { return static_cast<MapItem*>(EUniqueIDMapImplBase::GetItem(it)); }
+  const MapItem* GetItem(const_iterator it) const {
+    return static_cast<const MapItem*>(EUniqueIDMapImplBase::GetItem(it));
+  }
+
+  // Takes ownership of a heap item: see EUniqueIDMapImplBase::AddOwnedItem.
+  iterator AddOwnedItem(MapItem* item) { return EUniqueIDMapImplBase::AddOwnedItem(item); }
+  iterator AddOwnedItem(unsigned int id, MapItem* item) {
+    return EUniqueIDMapImplBase::AddOwnedItem(id, item);
+  }
+
+  // Swap with a map of the same item type only.
+  void Swap(EUniqueIDMap& other) { EUniqueIDMapImplBase::Swap(other); }
+
+ protected:
+  unsigned int GetItemId(const void* item) const override { return Cast(item)->GetLocalId(); }
+  void SetItemId(void* item, unsigned int id) const override { Cast(item)->SetLocalId(id); }
+  void SerializeInItem(void* item, EArchive& archive) const override {
+    Cast(item)->SerializeIn(archive);
+  }
+  void* CloneItem(const void* item) const override { return new MapItem(*Cast(item)); }
+  void* CreateItem(EArchive& archive) const override {
+    auto item = std::make_unique<MapItem>();
+    SerializeInItem(item.get(), archive);
+    return item.release();
+  }
+  void SerializeOutItem(const void* item, EArchive& archive) const override {
+    Cast(item)->SerializeOut(archive);
+  }
+  void DeleteItem(void* item) const override { delete Cast(item); }
+  void SetItemParent(void* item) const override { Cast(item)->SetParent(m_Parent); }
+
+ private:
+  static MapItem* Cast(void* item) { return static_cast<MapItem*>(item); }
+  static const MapItem* Cast(const void* item) { return static_cast<const MapItem*>(item); }
+
+  ParentPType m_Parent;
+};
