@@ -25,13 +25,6 @@ EIPAddress V6Last(unsigned char last) {
   return address;
 }
 
-EIPAddressRange Range(const EIPAddress& first, unsigned int count) {
-  EIPAddressRange range;
-  range.SetAddress(first);
-  range.SetRangeCount(count);
-  return range;
-}
-
 TEST(EIPAddressRange, DefaultIsIPv4ZeroWithCountOne) {
   EIPAddressRange range;
   EXPECT_EQ(range.GetIPAddress(), V4(0, 0, 0, 0));

@@ -9,6 +9,7 @@
 
 #include "eBlob.h"
 #include "eIPAddress.h"
+#include "eIPAddressRange.h"
 
 namespace network_values {
 
@@ -31,6 +32,13 @@ inline EIPAddress V6(const std::vector<unsigned int>& groups) {
   EIPAddress address;
   address.SetAddress(bytes, eIPv6Address);
   return address;
+}
+
+inline EIPAddressRange Range(const EIPAddress& first, unsigned int count) {
+  EIPAddressRange range;
+  range.SetAddress(first);
+  range.SetRangeCount(count);
+  return range;
 }
 
 inline Bytes Contents(const EBlob& blob) {

@@ -104,6 +104,8 @@ using Records = ::testing::Types<
     // values and identifiers
     EStringList, Integer16Byte, EIPAddress, EIPMaskedAddress, EIPAddressRange, EMACAddress,
     EMACAddressRange, EIPMACPair, EUID, EComponentId, EMultiComponentId, EUniqueIDGenerator,
+    // address tables
+    EISLIPAddressTableItemProperties, EVLANIPAddressTableItemProperties, EIPAddressTableItem,
     // names and envelopes
     EProtocolName, ETableName, EClientID, EMessage, EGlobalMessage, EOutgoingGlobalMessage,
     EOutgoingMessage, EOutgoingProtocolMessage, ETableMessage, ESwitchUpdateMessage,

@@ -274,10 +274,7 @@ std::string EBlob::GetHexDumpOfPacket() const {
 }
 
 unsigned char EBlob::AsciiToHex(char c) const {
-  if (c >= '0' && c <= '9') return static_cast<unsigned char>(c - '0');
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned char>(c - 'A' + 10);
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned char>(c - 'a' + 10);
-  return 0;
+  return static_cast<unsigned char>(std::max(eHal::detail::HexValue(c), 0));
 }
 
 char EBlob::HexToAscii(char value) const {

@@ -17,8 +17,9 @@
 //   template class ERecord<X>;
 //
 // A layout either lacks some leading fields of the newest one (newer layouts put their added
-// fields first) or lists the fields it carries. A schema without kLayouts describes a record that
-// travels without a signature of its own; `kSignatureWire` may say the signature is written
+// fields first) or lists the fields it carries, which may include fields that only older layouts
+// carry (`kReadOnlyFields`, numbered after kFields). A schema without kLayouts describes a record
+// that travels without a signature of its own; `kSignatureWire` may say the signature is written
 // unsigned. A step that a field list cannot say is a codec of its own (Write, Read, Describe) or
 // a hand-written SerializeIn beside the schema.
 #pragma once
@@ -438,10 +439,46 @@ void ForEachField(Visit&& visit, std::size_t first = 0) {
   ForEachFieldFrom<Schema>(first, visit, std::make_index_sequence<kFieldCount<Schema>>{});
 }
 
-// Calls `visit(field)` on the field at `position`.
-template <typename Schema, typename Visit, std::size_t... I>
-void VisitFieldAt(std::size_t position, Visit&& visit, std::index_sequence<I...>) {
-  ((I == position ? visit(std::get<I>(Schema::kFields)) : void()), ...);
+// Calls `visit(field)` on the field at `position` of a tuple of fields.
+template <typename Fields, typename Visit, std::size_t... I>
+void VisitFieldAt(const Fields& fields, std::size_t position, Visit&& visit,
+                  std::index_sequence<I...>) {
+  ((I == position ? visit(std::get<I>(fields)) : void()), ...);
+}
+template <typename Fields, typename Visit>
+void VisitFieldAt(const Fields& fields, std::size_t position, Visit&& visit) {
+  VisitFieldAt(fields, position, visit,
+               std::make_index_sequence<std::tuple_size_v<std::decay_t<Fields>>>{});
+}
+
+// A schema may add `kReadOnlyFields`: fields that only older layouts carry, in a form the record
+// no longer writes (a value to convert, a part of a member). A listed layout names them by
+// position after kFields (the first is position kFieldCount); they are read, never written or
+// described.
+template <typename Schema, typename = void>
+struct HasReadOnlyFields : std::false_type {};
+template <typename Schema>
+struct HasReadOnlyFields<Schema, std::void_t<decltype(Schema::kReadOnlyFields)>> : std::true_type {
+};
+
+// Reads the field at `position`: one of kFields, or after them one of kReadOnlyFields.
+template <typename Schema, typename Record>
+void ReadFieldAt(EArchive& archive, Record& record, std::size_t position) {
+  const auto read = [&](const auto& field) { field.Read(archive, record); };
+  if (position < kFieldCount<Schema>) {
+    VisitFieldAt(Schema::kFields, position, read);
+  } else if constexpr (HasReadOnlyFields<Schema>::value) {
+    VisitFieldAt(Schema::kReadOnlyFields, position - kFieldCount<Schema>, read);
+  }
+}
+
+// Calls `readOne(i)` for i from 0 below `count`, stopping early once the archive has run past its
+// end: the items the data holds are all consumed, and a hostile count cannot keep a reader going
+// round the same bytes for billions of rounds.
+template <typename ReadOne>
+void ReadCounted(EArchive& archive, unsigned int count, ReadOne&& readOne) {
+  for (unsigned int i = 0; i < count && !ReadPastEnd(archive); ++i)
+    readOne(i);
 }
 
 // Writes the signature the newest layout carries (if the record has one).
@@ -476,9 +513,7 @@ void ReadFields(EArchive& archive, Record& record, const Layout& layout) {
       archive.ReadUnsignedInt();
       continue;
     }
-    VisitFieldAt<Schema>(
-        static_cast<std::size_t>(position), [&](const auto& field) { field.Read(archive, record); },
-        std::make_index_sequence<kFieldCount<Schema>>{});
+    ReadFieldAt<Schema>(archive, record, static_cast<std::size_t>(position));
   }
 }
 

@@ -29,6 +29,11 @@
 #include "eProtocol.h"
 #include "eVLAN.h"
 
+// Address tables
+#include "eISLIPAddressTableItemProperties.h"
+#include "eVLANIPAddressTableItemProperties.h"
+#include "eIPAddressTableItem.h"
+
 // Protocol statistics
 #include "eStatsRecord.h"
 #include "eARPStats.h"

@@ -24,6 +24,14 @@ inline char HexDigit(unsigned int value, bool lowerCase = false) {
   return kHexDigits[(value & 0x0F) + (lowerCase ? 16 : 0)];
 }
 
+// The value of a hexadecimal digit of either case, or -1 for any other character.
+inline int HexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
 // Number of decimal digits of `value` (1 for 0), without a loop.
 inline unsigned int DigitCount(std::uint32_t value) {
   // value | 1 has as many digits as value (every 99..9 is odd) and is never 0.
