@@ -45,22 +45,20 @@ struct ECommandLog::Schema {
 
 namespace {
 
-// One message's share of the log: the commands up to `end` (not included), `count` of them.
-struct Batch {
-  ECommandLog::const_iterator end;
-  int count;
-};
-
-// The batch that starts at `first` (not the end): the first command, then each following one
-// while the data sizes of the batch and that one together stay below the budget.
-Batch NextBatch(ECommandLog::const_iterator first, ECommandLog::const_iterator last) {
-  unsigned long size = first->GetData().GetSize();
-  Batch batch = {++first, 1};
-  for (; batch.end != last; ++batch.end, ++batch.count) {
-    size += batch.end->GetData().GetSize();
-    if (size >= ECommandLog::kMessageDataBudget) break;
-  }
-  return batch;
+// Writes into `archive` the batch of commands that starts at `next` (not the end) and moves `next`
+// past it: the first command, then each following one while the data sizes of the batch and that
+// one together stay below the budget. Returns the number written. Each command is visited once:
+// a second walk over a long log costs more than all the copying.
+int WriteBatch(EArchive& archive, ECommandLog::const_iterator& next,
+               ECommandLog::const_iterator end) {
+  unsigned long size = 0;
+  int count = 0;
+  do {
+    size += next->GetData().GetSize();
+    archive << *next++;
+    ++count;
+  } while (next != end && size + next->GetData().GetSize() < ECommandLog::kMessageDataBudget);
+  return count;
 }
 
 // Empties `archive` (its allocation kept) for writing.
@@ -68,6 +66,42 @@ void StartStoring(EArchive& archive) {
   archive.Empty();
   archive.SetMode(eModeStoring);
 }
+
+// What every batch passes through on its way into an envelope, reused from batch to batch so that
+// the archives and the table message keep their allocations. A command's data is copied once, into
+// the commands archive; from there whole batches are copied.
+class MessageMaker {
+ public:
+  explicit MessageMaker(const ETableName& tableName) { m_Table.SetTableName(tableName); }
+
+  // Fills `message` with the batch that starts at `next` and moves `next` past it.
+  void Make(ECommandLog::const_iterator& next, ECommandLog::const_iterator end,
+            EMessage::eMessageDestination destination, EMessage& message) {
+    m_Table.SetMessage(ECommandLog::kCommandListMessageType, Payload(next, end));
+    StartStoring(m_Envelope);
+    m_Envelope << m_Table;
+    message.SetMessage(ECommandLog::kCommandLogMessageType, m_Envelope.GetAsEBlob());
+    message.SetDestination(destination);
+  }
+
+ private:
+  // The table message's payload: the batch's command count (signed int), which is known only once
+  // the batch is written, then its commands.
+  const EBlob& Payload(ECommandLog::const_iterator& next, ECommandLog::const_iterator end) {
+    StartStoring(m_Commands);
+    const int count = WriteBatch(m_Commands, next, end);
+    StartStoring(m_Batch);
+    m_Batch.WriteSignedInt(count);
+    const EBlob& commands = m_Commands.GetAsEBlob();
+    m_Batch.Append(commands.GetSize(), commands.GetData());
+    return m_Batch.GetAsEBlob();
+  }
+
+  EArchive m_Commands;
+  EArchive m_Batch;
+  EArchive m_Envelope;
+  ETableMessage m_Table;
+};
 
 }  // namespace
 
@@ -81,26 +115,10 @@ ECommandLog::iterator ECommandLog::AddCommand(eCommandTarget target,
   return m_Commands.insert(m_Commands.end(), command);
 }
 
-// The archives and the table message serve every batch in turn and keep their allocations; each
-// command's data is copied once, into the batch archive, and travels on from there as a whole.
 void ECommandLog::GetMessages(const ETableName& tableName, std::list<EMessage>& messages) const {
-  EArchive batch;
-  EArchive envelope;
-  ETableMessage table;
-  table.SetTableName(tableName);
-  for (const_iterator first = begin(); first != end();) {
-    EMessage& message = messages.emplace_back();
-    const Batch next = NextBatch(first, end());
-    StartStoring(batch);
-    batch.WriteSignedInt(next.count);
-    for (; first != next.end; ++first)
-      batch << *first;
-    table.SetMessage(kCommandListMessageType, batch.GetAsEBlob());
-    StartStoring(envelope);
-    envelope << table;
-    message.SetMessage(kCommandLogMessageType, envelope.GetAsEBlob());
-    message.SetDestination(m_MessageDestination);
-  }
+  MessageMaker maker(tableName);
+  for (const_iterator next = begin(); next != end();)
+    maker.Make(next, end(), m_MessageDestination, messages.emplace_back());
 }
 
 void ECommandLog::ExpandFromMessage(eCommandTarget target, const ETableMessage& message) {
