@@ -19,7 +19,7 @@ EComponentId Id(const Path& components) {
 
 TEST(EComponentId, BuildAndIndex) {
   EComponentId id;
-  EXPECT_TRUE(id.Empty());
+  EXPECT_TRUE(id.IsEmpty());
   EXPECT_EQ(id.GetIdSize(), 0u);
   id.AddMember(1);
   id += 2;
@@ -101,7 +101,20 @@ TEST(EComponentId, ReaderEmptiesBeforeTheSignatureCheck) {
   ScopedThrowingSerializeErrors throwing;
   EComponentId id = Id({1, 2});
   EXPECT_THROW(ReadFrom("7 ", id), SerializeErrorThrown);
-  EXPECT_TRUE(id.Empty());
+  EXPECT_TRUE(id.IsEmpty());
+}
+
+TEST(EComponentId, EmptyRemovesEveryComponent) {
+  EComponentId id = Id({1, 2, 3});
+  EXPECT_FALSE(id.IsEmpty());
+  id.Empty();
+  EXPECT_TRUE(id.IsEmpty());
+  EXPECT_EQ(id.GetIdSize(), 0u);
+  EXPECT_EQ(id.ToString(), "");
+  EXPECT_TRUE(id == EComponentId());
+  EXPECT_EQ(BytesOf(id), "403771665 0 ");
+  id.Empty();  // emptying the empty identifier changes nothing
+  EXPECT_TRUE(id == EComponentId());
 }
 
 TEST(EComponentId, WriterNeedsAStoringArchive) {

@@ -14,6 +14,7 @@
 
 #include "archive_text.h"
 #include "child_process.h"
+#include "damaged_streams.h"
 #include "eComponentId.h"
 #include "eGlobalMessage.h"
 #include "eMessage.h"
@@ -41,16 +42,6 @@ const std::string kClientGui = "1167589410 3 gui-2 ";
 const std::string kEmptyPayload = "287454021 0 ";
 const std::string kPayloadAB = "287454021 2 AB";
 
-EBlob Payload(const std::string& bytes) {
-  return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
-}
-
-std::string Text(const EBlob& blob) {
-  return blob.GetSize() == 0
-             ? std::string()
-             : std::string(reinterpret_cast<const char*>(blob.GetData()), blob.GetSize());
-}
-
 EClientID Client(const std::string& major, int minor) {
   EClientID id;
   id.SetMajorID(major);
@@ -67,7 +58,7 @@ Type As(unsigned int value) {
 
 EMessage FullMessage() {
   EMessage message;
-  message.SetMessage(As<EMessage::eMessageType>(9), Payload("AB"));
+  message.SetMessage(As<EMessage::eMessageType>(9), BlobOf("AB"));
   message.SetDestination(As<EMessage::eMessageDestination>(5));
   message.SetClientID(Client("gui", -2));
   message.SetMessagePortId(7);
@@ -78,7 +69,7 @@ EMessage FullMessage() {
 // A message whose every field differs from FullMessage's, to see which fields a read replaces.
 EMessage Prefilled() {
   EMessage message;
-  message.SetMessage(As<EMessage::eMessageType>(77), Payload("old"));
+  message.SetMessage(As<EMessage::eMessageType>(77), BlobOf("old"));
   message.SetDestination(As<EMessage::eMessageDestination>(66));
   message.SetClientID(Client("old", 1));
   message.SetMessagePortId(55);
@@ -111,7 +102,7 @@ std::string Fields(const EMessage& message) {
          std::to_string(message.GetDestination()) + ", client " +
          message.GetClientID().GetMajorID() + "/" +
          std::to_string(message.GetClientID().GetMinorID()) + ", type " +
-         std::to_string(message.GetMessageType()) + ", payload " + Text(message.GetMessage());
+         std::to_string(message.GetMessageType()) + ", payload " + TextOf(message.GetMessage());
 }
 
 const std::string kPrefilledFields =
@@ -184,8 +175,8 @@ TEST(EMessage, CopyAssignAndSetters) {
   assigned = message;
   assigned = assigned;
   EXPECT_EQ(BytesOf(assigned), BytesOf(message));
-  assigned.SetMessage(Payload("xyz"));
-  EXPECT_EQ(Text(assigned.GetMessage()), "xyz");
+  assigned.SetMessage(BlobOf("xyz"));
+  EXPECT_EQ(TextOf(assigned.GetMessage()), "xyz");
   EXPECT_EQ(assigned.GetMessageType(), 9u);
   assigned.SetMessageType(As<EMessage::eMessageType>(3));
   EXPECT_EQ(assigned.GetMessageType(), 3u);
@@ -229,14 +220,14 @@ TEST(EGlobalMessage, DefaultsAndArchiveForm) {
   EXPECT_EQ(message.GetObjectType(), 0u);
   EXPECT_EQ(message.GetMessage().GetSize(), 0u);
   EXPECT_EQ(BytesOf(message), "1428291619 0 0 " + kEmptyPayload);
-  message.SetMessage(As<EGlobalMessage::eMessageType>(21), Payload("AB"));
+  message.SetMessage(As<EGlobalMessage::eMessageType>(21), BlobOf("AB"));
   message.SetObjectType(6);
   EXPECT_EQ(BytesOf(message), "1428291619 6 21 " + kPayloadAB);
   EGlobalMessage back;
   ReadFrom(BytesOf(message), back);
   EXPECT_EQ(back.GetObjectType(), 6u);
   EXPECT_EQ(back.GetMessageType(), 21u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
 }
 
 TEST(EGlobalMessage, OlderLayoutSetsObjectTypeZero) {
@@ -245,7 +236,7 @@ TEST(EGlobalMessage, OlderLayoutSetsObjectTypeZero) {
   ReadFrom("1428291618 22 " + kPayloadAB, back);
   EXPECT_EQ(back.GetObjectType(), 0u);
   EXPECT_EQ(back.GetMessageType(), 22u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
 }
 
 TEST(EGlobalMessage, IsGetMessageAbove20) {
@@ -262,7 +253,7 @@ TEST(EGlobalMessage, IsGetMessageAbove20) {
 
 TEST(EGlobalMessage, CopyAndAssign) {
   EGlobalMessage message;
-  message.SetMessage(As<EGlobalMessage::eMessageType>(3), Payload("AB"));
+  message.SetMessage(As<EGlobalMessage::eMessageType>(3), BlobOf("AB"));
   message.SetObjectType(2);
   EGlobalMessage copy(message);
   EXPECT_EQ(BytesOf(copy), BytesOf(message));
@@ -290,14 +281,14 @@ TEST(EOutgoingGlobalMessage, DefaultsAndArchiveForm) {
   EXPECT_EQ(message.GetObjectType(), 1u);
   EXPECT_EQ(message.GetObjectType(), EOutgoingGlobalMessage::kDefaultObjectType);
   EXPECT_EQ(BytesOf(message), "1713504291 1 0 " + kEmptyPayload);
-  message.SetMessage(As<EOutgoingGlobalMessage::eMessageType>(8), Payload("AB"));
+  message.SetMessage(As<EOutgoingGlobalMessage::eMessageType>(8), BlobOf("AB"));
   message.SetObjectType(As<EOutgoingGlobalMessage::eObjectType>(3));
   EXPECT_EQ(BytesOf(message), "1713504291 3 8 " + kPayloadAB);
   EOutgoingGlobalMessage back;
   ReadFrom(BytesOf(message), back);
   EXPECT_EQ(back.GetObjectType(), 3u);
   EXPECT_EQ(back.GetMessageType(), 8u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
   EOutgoingGlobalMessage copy(back);
   copy = copy;
   EXPECT_EQ(BytesOf(copy), BytesOf(message));
@@ -309,7 +300,7 @@ TEST(EOutgoingGlobalMessage, OlderLayoutSetsObjectTypeOne) {
   ReadFrom("1713504290 8 " + kPayloadAB, back);
   EXPECT_EQ(back.GetObjectType(), 1u);
   EXPECT_EQ(back.GetMessageType(), 8u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
 }
 
 TEST(EOutgoingGlobalMessage, WrongSignature) {
@@ -326,7 +317,7 @@ TEST(EOutgoingGlobalMessage, WrongSignature) {
 
 EOutgoingMessage PrefilledOutgoing() {
   EOutgoingMessage message;
-  message.SetMessage(As<EOutgoingMessage::eMessageType>(77), Payload("old"));
+  message.SetMessage(As<EOutgoingMessage::eMessageType>(77), BlobOf("old"));
   message.SetClientID(Client("old", 1));
   message.SetPortID(55);
   return message;
@@ -337,7 +328,7 @@ TEST(EOutgoingMessage, DefaultsAndArchiveForm) {
   EXPECT_EQ(message.GetPortId(), 0u);
   EXPECT_EQ(message.GetClientID().GetMajorID(), "");
   EXPECT_EQ(BytesOf(message), "857883735 0 " + kEmptyClient + "0 " + kEmptyPayload);
-  message.SetMessage(As<EOutgoingMessage::eMessageType>(9), Payload("AB"));
+  message.SetMessage(As<EOutgoingMessage::eMessageType>(9), BlobOf("AB"));
   message.SetClientID(Client("gui", -2));
   message.SetPortID(7);
   EXPECT_EQ(BytesOf(message), "857883735 7 " + kClientGui + "9 " + kPayloadAB);
@@ -346,17 +337,17 @@ TEST(EOutgoingMessage, DefaultsAndArchiveForm) {
   EXPECT_EQ(back.GetPortId(), 7u);
   EXPECT_EQ(back.GetClientID().GetMinorID(), -2);
   EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
 }
 
 TEST(EOutgoingMessage, GetMessageReturnsTheHeldPayload) {
   EOutgoingMessage message;
-  message.SetMessage(Payload("AB"));
+  message.SetMessage(BlobOf("AB"));
   static_assert(std::is_same_v<decltype(message.GetMessage()), const EBlob&>,
                 "EOutgoingMessage hands out the payload it holds");
   EOutgoingMessage copy(message);
   copy = copy;
-  EXPECT_EQ(Text(copy.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(copy.GetMessage()), "AB");
 }
 
 TEST(EOutgoingMessage, OlderLayoutsKeepMissingFields) {
@@ -365,7 +356,7 @@ TEST(EOutgoingMessage, OlderLayoutsKeepMissingFields) {
   EXPECT_EQ(back.GetPortId(), 55u);
   EXPECT_EQ(back.GetClientID().GetMajorID(), "gui");
   EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
 
   back = PrefilledOutgoing();
   ReadFrom("857883733 9 " + kPayloadAB, back);
@@ -373,7 +364,7 @@ TEST(EOutgoingMessage, OlderLayoutsKeepMissingFields) {
   EXPECT_EQ(back.GetClientID().GetMajorID(), "old");
   EXPECT_EQ(back.GetClientID().GetMinorID(), 1);
   EXPECT_EQ(back.GetMessageType(), 9u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
 }
 
 TEST(EOutgoingMessage, WrongSignature) {
@@ -392,7 +383,7 @@ TEST(EOutgoingProtocolMessage, DefaultsAndArchiveForm) {
   EXPECT_EQ(message.GetObjectType(), 2u);
   EXPECT_EQ(message.GetProtocolName().GetProtocolName(), "UnknownProtocol");
   EXPECT_EQ(BytesOf(message), "286400515 2 0 " + kEmptyPayload + "1109524514 15 UnknownProtocol");
-  message.SetMessage(As<EOutgoingProtocolMessage::eMessageType>(4), Payload("AB"));
+  message.SetMessage(As<EOutgoingProtocolMessage::eMessageType>(4), BlobOf("AB"));
   message.SetObjectType(9);
   message.SetProtocolName(EProtocolName("BGP"));
   EXPECT_EQ(BytesOf(message), "286400515 9 4 " + kPayloadAB + "1109524514 3 BGP");
@@ -400,7 +391,7 @@ TEST(EOutgoingProtocolMessage, DefaultsAndArchiveForm) {
   ReadFrom(BytesOf(message), back);
   EXPECT_EQ(back.GetObjectType(), 9u);
   EXPECT_EQ(back.GetMessageType(), 4u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
   EXPECT_TRUE(back.GetProtocolName() == "BGP");
   EOutgoingProtocolMessage copy(back);
   copy = copy;
@@ -413,7 +404,7 @@ TEST(EOutgoingProtocolMessage, OlderLayoutSetsObjectTypeZero) {
   ReadFrom("286400514 4 " + kPayloadAB + "1109524514 3 RIP", back);
   EXPECT_EQ(back.GetObjectType(), 0u);
   EXPECT_EQ(back.GetMessageType(), 4u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
   EXPECT_TRUE(back.GetProtocolName() == "RIP");
   back.Empty();
   EXPECT_EQ(back.GetObjectType(), 2u);
@@ -435,13 +426,13 @@ TEST(ETableMessage, DefaultsAndArchiveForm) {
   ETableMessage message;
   EXPECT_EQ(message.GetTableName().GetTableName(), "UnknownTable");
   EXPECT_EQ(BytesOf(message), "572653602 0 " + kEmptyPayload + "841089058 12 UnknownTable");
-  message.SetMessage(As<ETableMessage::eMessageType>(2), Payload("AB"));
+  message.SetMessage(As<ETableMessage::eMessageType>(2), BlobOf("AB"));
   message.SetTableName(ETableName(ETableName::IPAddressTableName));
   EXPECT_EQ(BytesOf(message), "572653602 2 " + kPayloadAB + "841089058 14 IPADDRESSTABLE");
   ETableMessage back;
   ReadFrom(BytesOf(message), back);
   EXPECT_EQ(back.GetMessageType(), 2u);
-  EXPECT_EQ(Text(back.GetMessage()), "AB");
+  EXPECT_EQ(TextOf(back.GetMessage()), "AB");
   static_assert(std::is_same_v<decltype(back.GetMessage()), const EBlob&>,
                 "ETableMessage hands out the payload it holds");
   EXPECT_EQ(back.GetTableName().GetTableName(), "IPADDRESSTABLE");
@@ -568,27 +559,10 @@ TEST(EMessageConcurrency, TwoThreadsReceiveDistinctNumbers) {
 
 // ---- readers on cut-off streams ----
 
-// Reads every prefix of `bytes` into a fresh T; a prefix may end the reader on a wrong
-// signature (thrown here), but it never reads outside the archive (checked under the sanitizers).
-template <typename T>
-int ReadEveryPrefix(const std::string& bytes) {
-  ScopedThrowingSerializeErrors throwing;
-  int refused = 0;
-  for (std::size_t length = 0; length <= bytes.size(); ++length) {
-    T value;
-    try {
-      ReadFrom(bytes.substr(0, length), value);
-    } catch (const SerializeErrorThrown&) {
-      ++refused;
-    }
-  }
-  return refused;
-}
-
 TEST(EnvelopeReaders, SurviveEveryCutOffStream) {
   EXPECT_GT(ReadEveryPrefix<EMessage>(BytesOf(FullMessage())), 0);
   EGlobalMessage global;
-  global.SetMessage(As<EGlobalMessage::eMessageType>(21), Payload("AB"));
+  global.SetMessage(As<EGlobalMessage::eMessageType>(21), BlobOf("AB"));
   EXPECT_GT(ReadEveryPrefix<EGlobalMessage>(BytesOf(global)), 0);
   EXPECT_GT(ReadEveryPrefix<EOutgoingGlobalMessage>(BytesOf(EOutgoingGlobalMessage())), 0);
   EXPECT_GT(ReadEveryPrefix<EOutgoingMessage>(BytesOf(PrefilledOutgoing())), 0);
@@ -598,28 +572,6 @@ TEST(EnvelopeReaders, SurviveEveryCutOffStream) {
   update.m_Entries.push_back(Entry(1, 2, 3, 4));
   update.m_Entries.push_back(Entry(5, 6, 7, 8));
   EXPECT_GT(ReadEveryPrefix<ESwitchUpdateMessage>(BytesOf(update)), 0);
-}
-
-// Reads `bytes` with each single byte replaced in turn by a digit, a blank, a zero byte or 0xFF
-// into a fresh T; as above, each read completes or ends in the serialisation error. (A minus
-// is left out: it can turn a count into one near 2^32, which the readers honour.)
-template <typename T>
-int ReadEveryOneByteDamage(const std::string& bytes) {
-  ScopedThrowingSerializeErrors throwing;
-  int refused = 0;
-  for (std::size_t at = 0; at < bytes.size(); ++at) {
-    for (const char replacement : {'0', '9', ' ', '\0', '\xFF'}) {
-      std::string damaged = bytes;
-      damaged[at] = replacement;
-      T value;
-      try {
-        ReadFrom(damaged, value);
-      } catch (const SerializeErrorThrown&) {
-        ++refused;
-      }
-    }
-  }
-  return refused;
 }
 
 TEST(EnvelopeReaders, SurviveOneDamagedByte) {

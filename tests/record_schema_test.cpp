@@ -89,6 +89,23 @@ eHal::EPRBS Fresh<eHal::EPRBS>() {
   return eHal::EPRBS(true);
 }
 
+// A command and a log with every list filled, so that the lists' items are described too.
+template <>
+ESingleCommand Fresh<ESingleCommand>() {
+  ESingleCommand command;
+  command.SetEditSubId({7, 8});
+  command.SetId(EMultiComponentId(std::vector<unsigned int>{1}, {2, 3}));
+  command.GetData().SetData("abc", 3);
+  return command;
+}
+template <>
+ECommandLog Fresh<ECommandLog>() {
+  ECommandLog log;
+  log.AddCommand(ECommandLog::kBGPServerTarget, Fresh<ESingleCommand>());
+  log.AddCommand(ECommandLog::kBGPServerTarget, ESingleCommand());
+  return log;
+}
+
 template <typename T>
 std::string Described(const T& record) {
   Reencoder reencoder;
@@ -104,6 +121,7 @@ using Records = ::testing::Types<
     // values and identifiers
     EStringList, Integer16Byte, EIPAddress, EIPMaskedAddress, EIPAddressRange, EMACAddress,
     EMACAddressRange, EIPMACPair, EUID, EComponentId, EMultiComponentId, EUniqueIDGenerator,
+    ESingleCommand, ECommandLog,
     // address tables
     EISLIPAddressTableItemProperties, EVLANIPAddressTableItemProperties, EIPAddressTableItem,
     // names and envelopes

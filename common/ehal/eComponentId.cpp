@@ -64,7 +64,7 @@ std::string EComponentId::ToString() const {
 }
 
 void EComponentId::SerializeIn(EArchive& archive) {
-  m_Components.clear();
+  Empty();
   Read<Schema>(archive, *this);
 }
 

@@ -25,8 +25,10 @@ class EComponentId : public ERecord<EComponentId> {
   unsigned long GetIdSize() const { return m_Components.size(); }
   // The component at `index`, or 0 when the index is not below the size.
   unsigned int operator[](unsigned long index) const;
+  // Removes every component: the identifier becomes the root ("none").
+  void Empty() { m_Components.clear(); }
   // True when the identifier has no components.
-  bool Empty() const { return m_Components.empty(); }
+  bool IsEmpty() const { return m_Components.empty(); }
 
   // Appends one component.
   void AddMember(unsigned int component) { m_Components.push_back(component); }

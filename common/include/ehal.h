@@ -58,6 +58,7 @@
 #include "eUniqueIDMapImplBase.h"
 #include "eUniqueIDMap.h"
 #include "eSingleCommand.h"
+#include "eCommandLog.h"
 #include "eProtocolName.h"
 #include "eTableName.h"
 #include "eClientID.h"

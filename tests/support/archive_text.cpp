@@ -1,7 +1,14 @@
 #include "archive_text.h"
 
 std::string ArchiveBytes(const EArchive& archive) {
-  const EBlob& blob = archive.GetAsEBlob();
+  return TextOf(archive.GetAsEBlob());
+}
+
+EBlob BlobOf(const std::string& bytes) {
+  return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
+}
+
+std::string TextOf(const EBlob& blob) {
   if (blob.GetSize() == 0) return std::string();
   return std::string(reinterpret_cast<const char*>(blob.GetData()), blob.GetSize());
 }
@@ -9,7 +16,7 @@ std::string ArchiveBytes(const EArchive& archive) {
 EArchive LoadingArchive(const std::string& bytes) {
   EArchive archive;
   archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
+  archive.SetFromEBlob(BlobOf(bytes), true);
   return archive;
 }
 

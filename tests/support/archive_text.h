@@ -8,6 +8,12 @@
 // The archive's valid bytes as a string.
 std::string ArchiveBytes(const EArchive& archive);
 
+// A blob holding `bytes`.
+EBlob BlobOf(const std::string& bytes);
+
+// The blob's valid bytes as a string.
+std::string TextOf(const EBlob& blob);
+
 // A loading archive holding `bytes` (terminated, as a receiver would load them).
 EArchive LoadingArchive(const std::string& bytes);
 
