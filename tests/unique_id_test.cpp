@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <iterator>
 #include <list>
 #include <random>
 #include <string>
@@ -11,6 +10,7 @@
 #include "archive_text.h"
 #include "child_process.h"
 #include "eArchive.h"
+#include "list_id_generator.h"
 
 namespace {
 
@@ -31,124 +31,31 @@ std::string Reserve(EUniqueIDGenerator& generator, int count) {
   return ids;
 }
 
-// The generator's operations as a literal walk over a list of ranges, step by step as they are
-// defined; the reference for the generator, which keeps its ranges in an ordered map.
-class ListGenerator {
- public:
-  using Range = EUniqueIDGenerator::IDRange;
+// The literal walk's state in the generator's archive form.
+std::string LiteralBytes(const ListGenerator& literal) {
+  EArchive archive = StoringArchive();
+  archive.WriteSignedInt(0x1101001);
+  archive.WriteUnsignedInt(literal.GetLastID());
+  for (const ListGenerator::Range& range : literal.GetRanges())
+    archive.WriteUnsignedInt(range.first).WriteUnsignedInt(range.last);
+  archive.WriteUnsignedInt(0);
+  return ArchiveBytes(archive);
+}
 
-  unsigned int ReserveNewID() {
-    const unsigned int candidate = m_Last == kMax ? 1 : m_Last + 1;
-    m_Last = 0;
-    if (m_Ranges.empty()) return 0;
-    auto range = FirstEndingAtOrAbove(candidate);
-    bool wrapped = false;
-    if (range == m_Ranges.end()) {
-      range = m_Ranges.begin();
-      wrapped = true;
-    }
-    unsigned int id;
-    if (!wrapped && candidate > range->first && candidate <= range->last) {
-      id = candidate;
-      if (candidate == range->last) {
-        range->last -= 1;
-      } else {
-        m_Ranges.insert(range, Range(range->first, candidate - 1));
-        range->first = candidate + 1;
-      }
-    } else {
-      id = range->first;
-      if (range->first == range->last) {
-        m_Ranges.erase(range);
-      } else {
-        range->first += 1;
-      }
-    }
-    m_Last = id;
-    return id;
+// A literal walk read from well-formed generator bytes.
+ListGenerator LiteralRead(const std::string& bytes) {
+  EArchive archive = LoadingArchive(bytes);
+  archive.ReadUnsignedInt();
+  const unsigned int last = archive.ReadUnsignedInt();
+  std::list<ListGenerator::Range> ranges;
+  for (unsigned int first = archive.ReadUnsignedInt(); first != 0;
+       first = archive.ReadUnsignedInt()) {
+    const unsigned int rangeLast = archive.ReadUnsignedInt();
+    ranges.emplace_back(first, rangeLast);
   }
-
-  bool ReserveID(unsigned int id) {
-    if (m_Ranges.empty()) return false;
-    const auto range = FirstEndingAtOrAbove(id);
-    if (range == m_Ranges.end() || range->first > id) return false;
-    if (range->first == range->last) {
-      m_Ranges.erase(range);
-    } else if (id == range->first) {
-      range->first += 1;
-    } else if (id == range->last) {
-      range->last -= 1;
-    } else {
-      m_Ranges.insert(range, Range(range->first, id - 1));
-      range->first = id + 1;
-    }
-    m_Last = id;
-    return true;
-  }
-
-  void UnReserveID(unsigned int id) {
-    if (id == 0) return;
-    if (m_Ranges.empty()) return;
-    const auto range = FirstEndingAtOrAbove(id - 1);
-    if (range == m_Ranges.end()) return;
-    if (range->last == id - 1) {
-      range->last = id;
-      const auto next = std::next(range);
-      if (next != m_Ranges.end() && next->first == id + 1) {
-        range->last = next->last;
-        m_Ranges.erase(next);
-      }
-    } else if (range->first == id + 1) {
-      range->first = id;
-    } else if (range->first <= id && id <= range->last) {
-      // already free
-    } else {
-      m_Ranges.insert(range, Range(id, id));
-    }
-  }
-
-  void Empty() {
-    m_Ranges.assign(1, Range());
-    m_Last = 0;
-  }
-
-  unsigned int GetNextID() const { return m_Last + 1; }
-
-  std::string Bytes() const {
-    EArchive archive = StoringArchive();
-    archive.WriteSignedInt(0x1101001);
-    archive.WriteUnsignedInt(m_Last);
-    for (const Range& range : m_Ranges)
-      archive.WriteUnsignedInt(range.first).WriteUnsignedInt(range.last);
-    archive.WriteUnsignedInt(0);
-    return ArchiveBytes(archive);
-  }
-
-  // The reader, for well-formed bytes.
-  void Read(const std::string& bytes) {
-    EArchive archive = LoadingArchive(bytes);
-    archive.ReadUnsignedInt();
-    m_Last = archive.ReadUnsignedInt();
-    m_Ranges.clear();
-    for (unsigned int first = archive.ReadUnsignedInt(); first != 0;
-         first = archive.ReadUnsignedInt()) {
-      const unsigned int last = archive.ReadUnsignedInt();
-      m_Ranges.emplace_back(first, last);
-    }
-    if (m_Ranges.empty()) m_Ranges.emplace_back();
-  }
-
- private:
-  std::list<Range>::iterator FirstEndingAtOrAbove(unsigned int id) {
-    auto range = m_Ranges.begin();
-    while (range != m_Ranges.end() && range->last < id)
-      ++range;
-    return range;
-  }
-
-  std::list<Range> m_Ranges{Range()};
-  unsigned int m_Last = 0;
-};
+  if (ranges.empty()) ranges.emplace_back();
+  return ListGenerator(std::move(ranges), last);
+}
 
 TEST(EUniqueIDGenerator, ConstantsAndDefaultRange) {
   EXPECT_EQ(EUniqueIDGenerator::ReservedIDValue, 0u);
@@ -410,7 +317,7 @@ class Differential {
       const std::string bytes = BytesOf(m_Fast);
       ReadFrom(bytes, read);
       m_Fast.Swap(read);
-      m_Literal.Read(bytes);
+      m_Literal = LiteralRead(bytes);
     } else if (choice < 98) {
       what = "Empty";
       m_Fast.Empty();
@@ -419,13 +326,13 @@ class Differential {
       what = "load";
       Load(kFragmentedStates[m_Random() % std::size(kFragmentedStates)]);
     }
-    EXPECT_EQ(BytesOf(m_Fast), m_Literal.Bytes()) << "step " << step << ": " << what;
+    EXPECT_EQ(BytesOf(m_Fast), LiteralBytes(m_Literal)) << "step " << step << ": " << what;
     EXPECT_EQ(m_Fast.GetNextID(), m_Literal.GetNextID()) << "step " << step << ": " << what;
   }
 
   void Load(const std::string& bytes) {
     ReadFrom(bytes, m_Fast);
-    m_Literal.Read(bytes);
+    m_Literal = LiteralRead(bytes);
   }
 
   // Identifiers where the ranges are: near the bottom and the top of the space, next to the
@@ -462,13 +369,12 @@ TEST(EUniqueIDGenerator, MatchesTheListWalkOnRandomSequences) {
 
 TEST(EUniqueIDGenerator, MatchesTheListWalkUntilASmallSpaceIsExhausted) {
   EUniqueIDGenerator fast = Loaded(kFragmentedStates[0]);
-  ListGenerator literal;
-  literal.Read(kFragmentedStates[0]);
+  ListGenerator literal = LiteralRead(kFragmentedStates[0]);
   std::string handedOut;
   for (int i = 0; i < 16; ++i) {
     const unsigned int id = fast.ReserveNewID();
     ASSERT_EQ(id, literal.ReserveNewID());
-    ASSERT_EQ(BytesOf(fast), literal.Bytes());
+    ASSERT_EQ(BytesOf(fast), LiteralBytes(literal));
     handedOut += std::to_string(id) + " ";
   }
   EXPECT_EQ(handedOut,
@@ -477,7 +383,7 @@ TEST(EUniqueIDGenerator, MatchesTheListWalkUntilASmallSpaceIsExhausted) {
   fast.UnReserveID(7);
   literal.UnReserveID(7);
   EXPECT_EQ(BytesOf(fast), "17829889 0 0 ");
-  EXPECT_EQ(literal.Bytes(), "17829889 0 0 ");
+  EXPECT_EQ(LiteralBytes(literal), "17829889 0 0 ");
 }
 
 }  // namespace
