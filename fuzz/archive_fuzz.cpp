@@ -7,10 +7,9 @@
 #include <vector>
 
 #include "ehal.h"
+#include "fuzz_support.h"
 
 namespace {
-
-struct SerializeErrorRaised {};
 
 // Readers honour any element count, re-reading the stream once it is exhausted; counts beyond
 // the input's size are therefore skipped here, to keep each run short and small.
@@ -21,15 +20,10 @@ bool CountFits(const EArchive& archive, int numbersBeforeCount) {
   return peek.ReadUnsignedInt() <= archive.GetAsEBlob().GetSize();
 }
 
-void ThrowOnSerializeError(const char*, int, const char*) {
-  throw SerializeErrorRaised();
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const auto previous = EArchive::SetSerializeErrorHandler(&ThrowOnSerializeError);
-  (void)previous;
+  ThrowSerializeErrors();
   if (size == 0) return 0;
   EArchive archive;
   archive.SetMode(eModeLoading);

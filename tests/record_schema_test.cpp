@@ -135,7 +135,9 @@ using Records = ::testing::Types<
     // statistics
     EARPStats, EARPParameters, EICMPStats, EDriverStats, EVLANStats, ENeighborSolicitationStats,
     EGreStats, EDHCPStats, EDHCPv6Stats, EPTPStats, EFCoEStats, EDCBXStats, ELLDPStats,
-    EEthernetOAMStats>;
+    EEthernetOAMStats,
+    // value lists
+    eValueList>;
 TYPED_TEST_SUITE(EveryRecord, Records);
 
 TYPED_TEST(EveryRecord, DescribesItsFieldsInArchiveOrder) {

@@ -500,14 +500,17 @@ void Write(EArchive& archive, const Record& record) {
   WriteFields<Schema>(archive, record);
 }
 
-// Reads the fields that `layout` carries.
+// Reads the fields that `layout` carries, after the first `alreadyRead` of them (which a reader
+// took before it checked the signature).
 template <typename Schema, typename Record>
-void ReadFields(EArchive& archive, Record& record, const Layout& layout) {
+void ReadFields(EArchive& archive, Record& record, const Layout& layout,
+                std::size_t alreadyRead = 0) {
   if (layout.order == nullptr) {
-    ForEachField<Schema>([&](const auto& field) { field.Read(archive, record); }, layout.lacking);
+    ForEachField<Schema>([&](const auto& field) { field.Read(archive, record); },
+                         layout.lacking + alreadyRead);
     return;
   }
-  for (std::size_t i = 0; i < layout.orderLength; ++i) {
+  for (std::size_t i = alreadyRead; i < layout.orderLength; ++i) {
     const int position = layout.order[i];
     if (position == kDropped) {
       archive.ReadUnsignedInt();

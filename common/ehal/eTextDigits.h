@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "detail/eDigits.h"
@@ -17,6 +18,19 @@ inline char* WriteUpperHex(char* out, unsigned int value) {
     shift -= 4;
   for (; shift >= 0; shift -= 4)
     *out++ = HexDigit(value >> shift);
+  return out;
+}
+
+// Lower-case hexadecimal digits of `value`, at least `width` of them (zeros in front), as "%0*lx"
+// writes them. At most 16 characters.
+inline char* WriteLowerHex(char* out, std::uint64_t value, unsigned int width = 1) {
+  unsigned int digits = 1;
+  while (digits < 16 && (value >> (4 * digits)) != 0)
+    ++digits;
+  for (; width > digits; --width)
+    *out++ = '0';
+  for (unsigned int shift = 4 * digits; shift > 0; shift -= 4)
+    *out++ = HexDigit(static_cast<unsigned int>(value >> (shift - 4)), true);
   return out;
 }
 

@@ -4,6 +4,7 @@
 #include "eLock.h"
 #include "eTickCount.h"
 #include "eInetAddr.h"
+#include "vqml.h"
 
 #include "eBlob.h"
 #include "eArchive.h"
@@ -90,3 +91,6 @@
 #include "eEthernetOAMStatus.h"
 #include "eEthernetOAMSessionStatus.h"
 #include "eAggregateModeSetting.h"
+
+// Value lists
+#include "eValueList.h"

@@ -1,0 +1,848 @@
+#include "eValueList.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <utility>
+
+#include "eRecordSchema.h"
+#include "eRecordText.h"
+#include "eTextDigits.h"
+#include "vqml.h"
+
+using namespace eHal::detail;
+
+// The client message id is also read ahead of the signature check (see SerializeIn).
+struct eValueList::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("ClientMessageId", &eValueList::m_ClientMessageId),
+                      Field("ReturnCode", &eValueList::m_ReturnCode),
+                      Field("XmlContent", &eValueList::m_XmlContent));
+  static constexpr Layout kLayouts[] = {{0x11334356}};
+  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
+  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eValueList", 326,
+                                                 "eValueList::SerializeIn"};
+};
+
+namespace {
+
+const char* const kRequestTypeNames[eValueList::kRequestTypeCount] = {
+    "invalid-command",
+    "register-from-state-machine",
+    "deregister-from-state-machine",
+    "configuration-to-state-machine",
+    "config-update-request",
+    "ack-config-update-request",
+    "ack-hal-label-update",
+    "ack-hal-label-enable-disable",
+    "arb-request",
+    "arb-release",
+    "arb-grant",
+    "label-update",
+    "hal-label-update",
+    "label-enable-disable",
+    "hal-label-enable-disable",
+    "cookie-request",
+    "ack-configuration-to-state-machine",
+    "label-dirty",
+    "background-update",
+    "background-cookie-request",
+    "label-with-mask-update",
+    "background-configuration-to-state-machine",
+    "background-dirty",
+    "ack-background-configuration-to-state-machine"};
+
+// The request types that an XML "request-type" text is matched against, in the order tried; the
+// first name that the text begins with wins. "invalid-command", "label-update" and
+// "label-enable-disable" are deliberately not among them.
+const unsigned int kParsedRequestTypes[] = {3, 16, 1, 2,  8,  10, 9,  4,  5,  15, 12,
+                                            6, 14, 7, 17, 18, 19, 20, 21, 22, 23};
+
+const char* const kReturnCodeTexts[] = {"kSuccess", "kFail", "kNotOwner", "kNotValueListMode",
+                                        "kInvalidArgs"};
+
+// A declared payload length beyond this many bytes per character of XML is not allocated by
+// Parse: no XML could fill more (the shortest entry element, "<lc/>", stands for 21 bytes).
+constexpr std::uint64_t kPayloadPerXmlCharacter = 5;
+
+// The interned element names of the XML form.
+struct XmlNames {
+  const char* valuelist = vqml_intern("valuelist");
+  const char* portId = vqml_intern("port-id");
+  const char* dstId = vqml_intern("dst-id");
+  const char* srcId = vqml_intern("src-id");
+  const char* requestType = vqml_intern("request-type");
+  const char* userDefined = vqml_intern("user-defined");
+  const char* payloadLength = vqml_intern("payload-length");
+  const char* payloadData = vqml_intern("payload-data");
+  const char* labelConfig = vqml_intern("lc");
+  const char* labelUpdate = vqml_intern("hlu");
+  const char* backgroundConfig = vqml_intern("bc");
+};
+
+const XmlNames& Names() {
+  static const XmlNames names;
+  return names;
+}
+
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
+struct FreeElement {
+  void operator()(vqml_content* element) const { vqml_free_element(element); }
+};
+using MessagePtr = std::unique_ptr<vqvaluelist_msg, FreeMemory>;
+using ElementPtr = std::unique_ptr<vqml_content, FreeElement>;
+
+unsigned char* PayloadOf(vqvaluelist_msg* message) {
+  return reinterpret_cast<unsigned char*>(message + 1);
+}
+
+// A payload seen through its bounds: bytes outside it read as 0 and are never written. Numbers
+// are `width` bytes in host byte order.
+class PayloadBytes {
+ public:
+  PayloadBytes(unsigned char* data, std::uint64_t size) : m_Data(data), m_Size(size) {}
+
+  std::uint64_t Size() const { return m_Size; }
+
+  std::uint64_t Load(std::uint64_t offset, unsigned int width) const {
+    unsigned char bytes[8] = {};
+    for (unsigned int i = 0; i < width && offset + i < m_Size; ++i)
+      bytes[i] = m_Data[offset + i];
+    return FromHostBytes(bytes, width);
+  }
+
+  void Store(std::uint64_t offset, unsigned int width, std::uint64_t value) {
+    unsigned char bytes[8];
+    ToHostBytes(value, width, bytes);
+    for (unsigned int i = 0; i < width && offset + i < m_Size; ++i)
+      m_Data[offset + i] = bytes[i];
+  }
+
+ private:
+  template <typename T>
+  static std::uint64_t FromBytes(const unsigned char* bytes) {
+    T value;
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
+  }
+  static std::uint64_t FromHostBytes(const unsigned char* bytes, unsigned int width) {
+    switch (width) {
+      case 1:
+        return bytes[0];
+      case 2:
+        return FromBytes<std::uint16_t>(bytes);
+      case 4:
+        return FromBytes<std::uint32_t>(bytes);
+      default:
+        return FromBytes<std::uint64_t>(bytes);
+    }
+  }
+  template <typename T>
+  static void ToBytes(std::uint64_t value, unsigned char* bytes) {
+    const T narrow = static_cast<T>(value);
+    std::memcpy(bytes, &narrow, sizeof narrow);
+  }
+  static void ToHostBytes(std::uint64_t value, unsigned int width, unsigned char* bytes) {
+    switch (width) {
+      case 1:
+        return ToBytes<std::uint8_t>(value, bytes);
+      case 2:
+        return ToBytes<std::uint16_t>(value, bytes);
+      case 4:
+        return ToBytes<std::uint32_t>(value, bytes);
+      default:
+        return ToBytes<std::uint64_t>(value, bytes);
+    }
+  }
+
+  unsigned char* m_Data;
+  std::uint64_t m_Size;
+};
+
+// One number of an entry in the binary form: its offset in the entry and its width in bytes.
+// In the XML form it is written as 2 x width hexadecimal digits.
+struct EntryField {
+  unsigned int offset;
+  unsigned int width;
+};
+
+// How each kind of entry lies in the binary form and reads in the XML form. `kFields` are its
+// numbers in order (for a label update, those before its values); `Values` and `Make` convert
+// between the entry and those numbers; `kTrailingBlank` says whether the XML text puts a blank
+// after the last number too.
+template <typename Entry>
+struct EntryForm;
+
+template <>
+struct EntryForm<overlay_base_address> {
+  static constexpr unsigned int kSize = 21;
+  static constexpr EntryField kFields[] = {{0, 8}, {8, 2}, {10, 2}, {12, 1}, {13, 4}, {17, 4}};
+  static constexpr bool kTrailingBlank = true;
+  static std::array<std::uint64_t, 6> Values(const overlay_base_address& entry) {
+    return {entry.cookie, entry.stream_num, entry.udf_num,
+            entry.field4, entry.item_count, entry.field6};
+  }
+  static overlay_base_address Make(const std::uint64_t* values) {
+    overlay_base_address entry;
+    entry.cookie = values[0];
+    entry.stream_num = static_cast<unsigned short>(values[1]);
+    entry.udf_num = static_cast<unsigned short>(values[2]);
+    entry.field4 = static_cast<unsigned char>(values[3]);
+    entry.item_count = static_cast<unsigned int>(values[4]);
+    entry.field6 = static_cast<unsigned int>(values[5]);
+    return entry;
+  }
+};
+
+template <>
+struct EntryForm<background_base_address> {
+  static constexpr unsigned int kSize = 20;
+  static constexpr EntryField kFields[] = {{0, 8}, {8, 4}, {12, 2}, {14, 2}, {16, 4}};
+  static constexpr bool kTrailingBlank = false;
+  static std::array<std::uint64_t, 5> Values(const background_base_address& entry) {
+    return {entry.field1, entry.field2, entry.field3, entry.field4, entry.field5};
+  }
+  static background_base_address Make(const std::uint64_t* values) {
+    background_base_address entry;
+    entry.field1 = values[0];
+    entry.field2 = static_cast<unsigned int>(values[1]);
+    entry.field3 = static_cast<unsigned short>(values[2]);
+    entry.field4 = static_cast<unsigned short>(values[3]);
+    entry.field5 = static_cast<unsigned int>(values[4]);
+    return entry;
+  }
+};
+
+template <>
+struct EntryForm<valuelist_label_enable_disable_entry> {
+  static constexpr unsigned int kSize = 12;
+  static constexpr EntryField kFields[] = {{0, 2}, {2, 2}, {4, 4}, {8, 4}};
+  static std::array<std::uint64_t, 4> Values(const valuelist_label_enable_disable_entry& entry) {
+    return {entry.field1, entry.field2, entry.field3, entry.field4};
+  }
+  static valuelist_label_enable_disable_entry Make(const std::uint64_t* values) {
+    valuelist_label_enable_disable_entry entry;
+    entry.field1 = static_cast<unsigned short>(values[0]);
+    entry.field2 = static_cast<unsigned short>(values[1]);
+    entry.field3 = static_cast<unsigned int>(values[2]);
+    entry.field4 = static_cast<unsigned int>(values[3]);
+    return entry;
+  }
+};
+
+// A label update: stream num, udf num, offset and value count, then 4 bytes per value.
+template <>
+struct EntryForm<eValueListLabelUpdateEntry> {
+  static constexpr unsigned int kHeadSize = 12;
+  static constexpr unsigned int kValueWidth = 4;
+  static constexpr unsigned int kCountOffset = 8;
+  static constexpr EntryField kFields[] = {{0, 2}, {2, 2}, {4, 4}, {kCountOffset, 4}};
+  static constexpr bool kTrailingBlank = true;
+  static std::array<std::uint64_t, 4> Values(const eValueListLabelUpdateEntry& entry) {
+    return {entry.GetStreamNum(), entry.GetUdfNum(), entry.GetOffset(), entry.GetValueCount()};
+  }
+};
+
+// The numbers of `values` at the offsets of `fields`, from `at`.
+template <std::size_t N, typename Values>
+void StoreFields(PayloadBytes& payload, std::uint64_t at, const EntryField (&fields)[N],
+                 const Values& values) {
+  for (std::size_t i = 0; i < N; ++i)
+    payload.Store(at + fields[i].offset, fields[i].width, values[i]);
+}
+
+template <std::size_t N>
+std::array<std::uint64_t, N> LoadFields(const PayloadBytes& payload, std::uint64_t at,
+                                        const EntryField (&fields)[N]) {
+  std::array<std::uint64_t, N> values{};
+  for (std::size_t i = 0; i < N; ++i)
+    values[i] = payload.Load(at + fields[i].offset, fields[i].width);
+  return values;
+}
+
+// Writes one entry at `at`; returns its size in the binary form.
+template <typename Entry>
+std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at, const Entry& entry) {
+  StoreFields(payload, at, EntryForm<Entry>::kFields, EntryForm<Entry>::Values(entry));
+  return EntryForm<Entry>::kSize;
+}
+
+std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at,
+                         const eValueListLabelUpdateEntry& entry) {
+  using Form = EntryForm<eValueListLabelUpdateEntry>;
+  StoreFields(payload, at, Form::kFields, Form::Values(entry));
+  std::uint64_t end = at + Form::kHeadSize;
+  for (unsigned int i = 0; i < entry.GetValueCount(); ++i, end += Form::kValueWidth)
+    payload.Store(end, Form::kValueWidth, entry.GetValue(i));
+  return end - at;
+}
+
+template <typename Entry>
+void StoreEntries(PayloadBytes& payload, const std::vector<Entry>& entries) {
+  std::uint64_t at = 0;
+  for (const Entry& entry : entries)
+    at += StoreEntry(payload, at, entry);
+}
+
+// Appends an entry for every whole entry size that the payload holds.
+template <typename Entry>
+void LoadEntries(const PayloadBytes& payload, std::vector<Entry>& entries) {
+  using Form = EntryForm<Entry>;
+  for (std::uint64_t at = 0; payload.Size() - at >= Form::kSize; at += Form::kSize)
+    entries.push_back(Form::Make(LoadFields(payload, at, Form::kFields).data()));
+}
+
+// Appends the label updates of a payload. The walk is kept as the message format has it: each
+// value count is cut to what remains of the payload, only the values at indices that are
+// multiples of 4 are taken (SetValue ignores the indices at and above the value count, so the
+// others stay 0), and the next entry starts after the count read from the message.
+void LoadLabelUpdates(const PayloadBytes& payload,
+                      std::vector<eValueListLabelUpdateEntry>& entries) {
+  using Form = EntryForm<eValueListLabelUpdateEntry>;
+  std::uint64_t remaining = payload.Size();
+  for (std::uint64_t at = 0; remaining >= Form::kHeadSize;) {
+    const std::array<std::uint64_t, 4> head = LoadFields(payload, at, Form::kFields);
+    const std::uint64_t count = head[3];
+    remaining -= Form::kHeadSize;
+    const bool truncated = remaining < Form::kValueWidth * count;
+    const std::uint64_t valueCount = truncated ? remaining / Form::kValueWidth : count;
+    // The index bound of the walk over the values: 4 x count, or remaining / 4 when cut.
+    const std::uint64_t bound =
+        truncated ? remaining / Form::kValueWidth : Form::kValueWidth * count;
+    eValueListLabelUpdateEntry entry;
+    entry.SetStreamNum(static_cast<unsigned short>(head[0]));
+    entry.SetUdfNum(static_cast<unsigned short>(head[1]));
+    entry.SetOffset(static_cast<unsigned int>(head[2]));
+    entry.SetValueCount(static_cast<unsigned int>(valueCount));
+    // Indices from valueCount on change nothing; only their share of `remaining` is counted.
+    for (std::uint64_t i = 0; i < valueCount; i += 4) {
+      const std::uint64_t value =
+          payload.Load(at + Form::kHeadSize + Form::kValueWidth * i, Form::kValueWidth);
+      entry.SetValue(static_cast<unsigned int>(i), static_cast<unsigned int>(value));
+    }
+    remaining -= Form::kValueWidth * ((bound + 3) / 4);
+    entries.push_back(std::move(entry));
+    at += Form::kHeadSize + Form::kValueWidth * count;
+  }
+}
+
+// ---------------------------------------------------------------------------------------------
+// XML text.
+
+void AppendHex(std::string& text, std::uint64_t value, unsigned int digits) {
+  char buffer[16];
+  text.append(buffer, WriteLowerHex(buffer, value, digits));
+}
+
+// The numbers of an entry as its XML text: 2 x width digits each, blank-separated.
+template <std::size_t N, typename Values>
+void AppendFieldsText(std::string& text, const EntryField (&fields)[N], const Values& values,
+                      bool trailingBlank) {
+  for (std::size_t i = 0; i < N; ++i) {
+    if (i > 0) text += ' ';
+    AppendHex(text, values[i], 2 * fields[i].width);
+  }
+  if (trailingBlank) text += ' ';
+}
+
+vqml_content* TextElement(const char* name, const std::string& text, vqml_content* next) {
+  return vqml_new_element(name, nullptr, vqml_new_text_pool(text.c_str(), text.size()), next);
+}
+
+std::string HexText(std::uint64_t value) {
+  std::string text;
+  AppendHex(text, value, 1);
+  return text;
+}
+
+// The entry elements of a payload of fixed-size entries, one per started entry size within the
+// payload length, each linked in front of the one before: the last entry comes first.
+template <typename Entry>
+vqml_content* FixedEntryElements(const PayloadBytes& payload, const char* name) {
+  using Form = EntryForm<Entry>;
+  vqml_content* elements = nullptr;
+  std::string text;
+  for (std::uint64_t at = 0; at < payload.Size(); at += Form::kSize) {
+    text.clear();
+    AppendFieldsText(text, Form::kFields, LoadFields(payload, at, Form::kFields),
+                     Form::kTrailingBlank);
+    elements = TextElement(name, text, elements);
+  }
+  return elements;
+}
+
+// The "hlu" elements of a label-update payload, linked in front of each other like the above.
+vqml_content* LabelUpdateElements(const PayloadBytes& payload, const char* name) {
+  using Form = EntryForm<eValueListLabelUpdateEntry>;
+  vqml_content* elements = nullptr;
+  std::string text;
+  std::uint64_t at = 0;
+  for (std::int64_t remaining = static_cast<std::int64_t>(payload.Size()); remaining >= 1;) {
+    const std::array<std::uint64_t, 4> head = LoadFields(payload, at, Form::kFields);
+    text.clear();
+    AppendFieldsText(text, Form::kFields, head, Form::kTrailingBlank);
+    const std::uint64_t count = head[3];
+    for (std::uint64_t i = 0; i < count; ++i) {
+      AppendHex(text, payload.Load(at + Form::kHeadSize + Form::kValueWidth * i, Form::kValueWidth),
+                2 * Form::kValueWidth);
+      text += ' ';
+    }
+    elements = TextElement(name, text, elements);
+    const std::uint64_t size = Form::kHeadSize + Form::kValueWidth * count;
+    at += size;
+    remaining -= static_cast<std::int64_t>(size);
+  }
+  return elements;
+}
+
+// Reads a hexadecimal number as "%x" and "%lx" do (strtoul's rules) from [begin, end): blanks
+// first, a sign, a "0x", then digits; too large a number gives the largest value. Sets
+// `converted` when any digit was read.
+std::uint64_t ScanHex(const char* begin, const char* end, bool* converted = nullptr) {
+  const char* at = begin;
+  while (at < end && (*at == ' ' || (*at >= '\t' && *at <= '\r')))
+    ++at;
+  const bool negative = at < end && *at == '-';
+  if (at < end && (*at == '-' || *at == '+')) ++at;
+  if (end - at >= 3 && at[0] == '0' && (at[1] == 'x' || at[1] == 'X') && HexValue(at[2]) >= 0) {
+    at += 2;
+  }
+  std::uint64_t value = 0;
+  bool any = false;
+  bool overflow = false;
+  for (; at < end && HexValue(*at) >= 0; ++at) {
+    overflow = overflow || (value >> 60) != 0;
+    value = (value << 4) | static_cast<unsigned int>(HexValue(*at));
+    any = true;
+  }
+  if (converted != nullptr) *converted = any;
+  if (!any) return 0;
+  if (overflow) return UINT64_MAX;
+  return negative ? 0 - value : value;
+}
+
+std::uint64_t ScanHex(const char* text) {
+  return ScanHex(text, text + std::strlen(text));
+}
+
+// Calls `take(index, begin, end)` for each token of `text` split at blanks, skipping the empty
+// ones.
+template <typename Take>
+void ForEachToken(const char* text, Take&& take) {
+  unsigned int index = 0;
+  while (*text != '\0') {
+    const char* const end = std::strchr(text, ' ');
+    const char* const tokenEnd = end != nullptr ? end : text + std::strlen(text);
+    if (tokenEnd != text) take(index++, text, tokenEnd);
+    if (end == nullptr) return;
+    text = end + 1;
+  }
+}
+
+// A token as the number of a field: an 8-byte field reads all 64 bits ("%lx"), a narrower one
+// the low 32 ("%x"), then keeps its width.
+std::uint64_t FieldToken(const EntryField& field, const char* begin, const char* end) {
+  const std::uint64_t value = ScanHex(begin, end);
+  return field.width == 8 ? value : static_cast<std::uint32_t>(value);
+}
+
+// The text of an element's first content, or null when that is not a text.
+const char* FirstText(vqml_content* element) {
+  vqml_content* const first = vqml_elem_contents(element);
+  return vqml_cont_type(first) == kVqmlText ? vqml_text(first) : nullptr;
+}
+
+// Writes the tokens of one fixed-size entry text at `at`; returns the entry size.
+template <typename Entry>
+std::uint64_t StoreEntryText(PayloadBytes& payload, std::uint64_t at, const char* text) {
+  using Form = EntryForm<Entry>;
+  constexpr std::size_t kCount = std::size(Form::kFields);
+  ForEachToken(text, [&](unsigned int index, const char* begin, const char* end) {
+    if (index >= kCount) return;
+    const EntryField& field = Form::kFields[index];
+    payload.Store(at + field.offset, field.width, FieldToken(field, begin, end));
+  });
+  return Form::kSize;
+}
+
+// Writes the tokens of one "hlu" text at `at`: the four head numbers, then every further token as
+// a value. Returns 4 bytes per token, which lays the entries 4 bytes further apart than their
+// binary size; the message format keeps this spacing.
+std::uint64_t StoreLabelUpdateText(PayloadBytes& payload, std::uint64_t at, const char* text) {
+  using Form = EntryForm<eValueListLabelUpdateEntry>;
+  constexpr unsigned int kHeadCount = std::size(Form::kFields);
+  std::uint64_t tokens = 0;
+  ForEachToken(text, [&](unsigned int index, const char* begin, const char* end) {
+    const EntryField value = {Form::kHeadSize + Form::kValueWidth * (index - kHeadCount),
+                              Form::kValueWidth};
+    const EntryField& field = index < kHeadCount ? Form::kFields[index] : value;
+    payload.Store(at + field.offset, field.width, FieldToken(field, begin, end));
+    ++tokens;
+  });
+  return Form::kValueWidth * tokens;
+}
+
+// Writes the entries of a "payload-data" element into the payload, in document order, from its
+// start. The request type chooses which child elements are entries; others are skipped.
+void StorePayloadData(vqml_content* payloadData, unsigned int requestType, PayloadBytes& payload) {
+  const XmlNames& names = Names();
+  using StoreText = std::uint64_t (*)(PayloadBytes&, std::uint64_t, const char*);
+  const char* name = nullptr;
+  StoreText store = nullptr;
+  switch (requestType) {
+    case eValueList::kConfigurationToStateMachine:
+      name = names.labelConfig;
+      store = &StoreEntryText<overlay_base_address>;
+      break;
+    case eValueList::kHalLabelUpdate:
+      name = names.labelUpdate;
+      store = &StoreLabelUpdateText;
+      break;
+    case eValueList::kBackgroundConfigurationToStateMachine:
+      name = names.backgroundConfig;
+      store = &StoreEntryText<background_base_address>;
+      break;
+    default:
+      return;
+  }
+  std::uint64_t at = 0;
+  for (vqml_content* child = vqml_elem_contents(payloadData); child != nullptr;
+       child = vqml_cont_next(child)) {
+    if (vqml_elem_name(child) != name) continue;
+    const char* const text = FirstText(child);
+    at += store(payload, at, text != nullptr ? text : "");
+  }
+}
+
+// The request type whose name `text` begins with, tried in the fixed order; `current` when none.
+unsigned int MatchRequestType(const char* text, unsigned int current) {
+  for (const unsigned int type : kParsedRequestTypes) {
+    const char* const name = kRequestTypeNames[type];
+    if (std::strncmp(text, name, std::strlen(name)) == 0) return type;
+  }
+  return current;
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------------------------
+// Entries.
+
+bool overlay_base_address::operator==(const overlay_base_address& other) const {
+  return EntryForm<overlay_base_address>::Values(*this) ==
+         EntryForm<overlay_base_address>::Values(other);
+}
+
+bool valuelist_label_enable_disable_entry::operator==(
+    const valuelist_label_enable_disable_entry& other) const {
+  return EntryForm<valuelist_label_enable_disable_entry>::Values(*this) ==
+         EntryForm<valuelist_label_enable_disable_entry>::Values(other);
+}
+
+bool background_base_address::operator==(const background_base_address& other) const {
+  return EntryForm<background_base_address>::Values(*this) ==
+         EntryForm<background_base_address>::Values(other);
+}
+
+unsigned int eValueListLabelUpdateEntry::GetValue(unsigned int index) const {
+  return index < m_Values.size() ? m_Values[index] : 0;
+}
+
+void eValueListLabelUpdateEntry::SetValue(unsigned int index, unsigned int value) {
+  if (index < m_Values.size()) m_Values[index] = value;
+}
+
+bool eValueListLabelUpdateEntry::IsEqual(const eValueListLabelUpdateEntry& other) const {
+  return m_StreamNum == other.m_StreamNum && m_UdfNum == other.m_UdfNum &&
+         m_Offset == other.m_Offset && m_Values == other.m_Values;
+}
+
+// ---------------------------------------------------------------------------------------------
+// The message.
+
+template <typename Self>
+auto eValueList::ValuesOf(Self& self) {
+  return std::tie(self.m_DstId, self.m_SrcId, self.m_RequestType, self.m_PayloadLength,
+                  self.m_UserDefined, self.m_ClientMessageId, self.m_ReturnCode, self.m_XmlContent,
+                  self.m_LabelConfigs, self.m_LabelUpdates, self.m_LabelDisablers,
+                  self.m_BackgroundConfigs);
+}
+
+eValueList::eValueList()
+    : m_DstId(0),
+      m_SrcId(0),
+      m_RequestType(0),
+      m_PayloadLength(0),
+      m_UserDefined(0),
+      m_Printer(vqml_new_printer(&eValueList::xmlprinter, this)),
+      m_Parser(vqml_new_parser()),
+      m_ClientMessageId(0),
+      m_ReturnCode(0) {}
+
+eValueList::eValueList(const eValueList& other) : eValueList() {
+  Copy(other);
+}
+
+eValueList& eValueList::operator=(const eValueList& other) {
+  Copy(other);
+  return *this;
+}
+
+eValueList::~eValueList() {
+  // The parser handle owns nothing (see vqml_new_parser) and is not released.
+  vqml_free_printer(m_Printer);
+}
+
+void eValueList::Copy(const eValueList& other) {
+  if (this != &other) ValuesOf(*this) = ValuesOf(other);
+}
+
+void eValueList::Swap(eValueList& other) {
+  auto mine = ValuesOf(*this);
+  auto theirs = ValuesOf(other);
+  mine.swap(theirs);
+}
+
+void eValueList::Empty() {
+  eValueList fresh;
+  Swap(fresh);
+}
+
+void eValueList::SwapDstSrcId() {
+  std::swap(m_DstId, m_SrcId);
+}
+
+unsigned int eValueList::GetLabelConfigCookie(unsigned int index) const {
+  return index < m_LabelConfigs.size() ? static_cast<unsigned int>(m_LabelConfigs[index].cookie)
+                                       : 0;
+}
+
+unsigned int eValueList::GetLabelConfigStreamNum(unsigned int index) const {
+  return index < m_LabelConfigs.size() ? m_LabelConfigs[index].stream_num : 0;
+}
+
+unsigned int eValueList::GetLabelConfigUdfNum(unsigned int index) const {
+  return index < m_LabelConfigs.size() ? m_LabelConfigs[index].udf_num : 0;
+}
+
+unsigned int eValueList::GetLabelConfigItemCount(unsigned int index) const {
+  return index < m_LabelConfigs.size() ? m_LabelConfigs[index].item_count : 0;
+}
+
+bool eValueList::IsEqual(const eValueList& other) const {
+  return ValuesOf(*this) == ValuesOf(other);
+}
+
+std::string eValueList::ToString() const {
+  std::ostringstream text;
+  text << "Client Message Id: " << m_ClientMessageId << ", Return Code: " << m_ReturnCode;
+  if (m_XmlContent.GetSize() > 0) text << ", XmlContent: " << m_XmlContent.GetHexString();
+  return text.str();
+}
+
+const char* eValueList::ReturnCodeToString() const {
+  return EnumText(m_ReturnCode, kReturnCodeTexts);
+}
+
+const char* const* eValueList::value_list_msg_type_ascii() {
+  return kRequestTypeNames;
+}
+
+unsigned int eValueList::str2hex(const char* text) {
+  return text != nullptr ? static_cast<std::uint32_t>(ScanHex(text)) : 0;
+}
+
+unsigned long eValueList::xmlprinter(const char* text, unsigned long length, const void* context) {
+  EBlob& content = static_cast<eValueList*>(const_cast<void*>(context))->m_XmlContent;
+  const unsigned int piece = static_cast<unsigned int>(std::min<unsigned long>(length, UINT32_MAX));
+  if (content.GetSize() == 0) {
+    content.SetData(text, piece);  // reuses the allocation that earlier content left
+    return length;
+  }
+  EBlob joined(content.GetData(), content.GetSize(), text, piece);
+  content.Swap(joined);
+  return length;
+}
+
+vqvaluelist_msg* eValueList::class2struct() const {
+  MessagePtr message(
+      static_cast<vqvaluelist_msg*>(std::calloc(sizeof(vqvaluelist_msg) + m_PayloadLength, 1)));
+  if (message == nullptr) return nullptr;
+  message->dst_id = m_DstId;
+  message->src_id = m_SrcId;
+  message->request_type = m_RequestType;
+  message->user_defined = m_UserDefined;
+  message->payload_length = m_PayloadLength;
+  PayloadBytes payload(PayloadOf(message.get()), m_PayloadLength);
+  switch (m_RequestType) {
+    case kConfigurationToStateMachine:
+      StoreEntries(payload, m_LabelConfigs);
+      break;
+    case kLabelUpdate:
+    case kHalLabelUpdate:
+      StoreEntries(payload, m_LabelUpdates);
+      break;
+    case kLabelEnableDisable:
+    case kHalLabelEnableDisable:
+      StoreEntries(payload, m_LabelDisablers);
+      break;
+    case kBackgroundConfigurationToStateMachine:
+      StoreEntries(payload, m_BackgroundConfigs);
+      break;
+    default:
+      break;
+  }
+  return message.release();
+}
+
+bool eValueList::struct2class(vqvaluelist_msg* message) {
+  TakeMessage(*message, PayloadOf(message), message->payload_length);
+  return true;
+}
+
+void eValueList::TakeMessage(const vqvaluelist_msg& header, unsigned char* payloadBytes,
+                             std::uint64_t available) {
+  m_DstId = header.dst_id;
+  m_SrcId = header.src_id;
+  m_PayloadLength = header.payload_length;
+  m_RequestType = header.request_type;
+  m_UserDefined = header.user_defined;
+  const PayloadBytes payload(payloadBytes, std::min<std::uint64_t>(available, m_PayloadLength));
+  switch (m_RequestType) {
+    case kConfigurationToStateMachine:
+      LoadEntries(payload, m_LabelConfigs);
+      break;
+    case kBackgroundConfigurationToStateMachine:
+      LoadEntries(payload, m_BackgroundConfigs);
+      break;
+    case kLabelEnableDisable:
+    case kHalLabelEnableDisable:
+      LoadEntries(payload, m_LabelDisablers);
+      break;
+    case kLabelUpdate:
+    case kHalLabelUpdate:
+      LoadLabelUpdates(payload, m_LabelUpdates);
+      break;
+    default:
+      break;
+  }
+}
+
+void eValueList::Encode(int portId) {
+  const MessagePtr message(class2struct());
+  if (message == nullptr) return;
+  const XmlNames& names = Names();
+  const PayloadBytes payload(PayloadOf(message.get()), m_PayloadLength);
+  vqml_content* chain = nullptr;
+  switch (m_RequestType) {
+    case kConfigurationToStateMachine:
+      chain = FixedEntryElements<overlay_base_address>(payload, names.labelConfig);
+      break;
+    case kHalLabelUpdate:
+      chain = LabelUpdateElements(payload, names.labelUpdate);
+      break;
+    case kBackgroundConfigurationToStateMachine:
+      chain = FixedEntryElements<background_base_address>(payload, names.backgroundConfig);
+      break;
+    default:
+      break;
+  }
+  const bool hasPayloadData = m_RequestType == kConfigurationToStateMachine ||
+                              m_RequestType == kHalLabelUpdate ||
+                              m_RequestType == kBackgroundConfigurationToStateMachine;
+  chain = hasPayloadData ? vqml_new_element(names.payloadData, nullptr, chain, nullptr) : nullptr;
+  chain = TextElement(names.payloadLength, HexText(m_PayloadLength), chain);
+  unsigned char userDefined[sizeof m_UserDefined];
+  std::memcpy(userDefined, &m_UserDefined, sizeof userDefined);
+  chain =
+      TextElement(names.userDefined, JoinLowerHexPairs(userDefined, sizeof userDefined, ""), chain);
+  chain = TextElement(names.requestType, EnumText(m_RequestType, kRequestTypeNames), chain);
+  chain = TextElement(names.srcId, HexText(m_SrcId), chain);
+  chain = TextElement(names.dstId, HexText(m_DstId), chain);
+  chain = TextElement(names.portId, std::to_string(portId), chain);
+  const ElementPtr root(vqml_new_element(names.valuelist, nullptr, chain, nullptr));
+  SetXML(root.get());
+}
+
+vqml_content* eValueList::GetXML() const {
+  const char* cursor = reinterpret_cast<const char*>(m_XmlContent.GetData());
+  unsigned long remaining = m_XmlContent.GetSize();
+  vqml_content* root = nullptr;
+  vqml_content* element = nullptr;
+  while (remaining > 0 && vqml_parse_element_bounded(m_Parser, &cursor, &remaining, &element)) {
+    vqml_free_element(root);
+    root = element;
+  }
+  return root;
+}
+
+void eValueList::SetXML(const vqml_content* element) {
+  m_XmlContent.Empty();
+  vqml_print_element(m_Printer, element);
+}
+
+void eValueList::Parse() {
+  const ElementPtr root(GetXML());
+  if (root == nullptr) return;
+  const XmlNames& names = Names();
+  // A wrong root name is only a warning: the children are read all the same.
+  if (vqml_elem_name(root.get()) != names.valuelist)
+    std::printf("valuelist_xml2bin: BAD WRAPPER\n");
+  vqvaluelist_msg header{};
+  MessagePtr message;
+  std::uint64_t available = 0;  // payload bytes allocated behind the message's header
+  for (vqml_content* child = vqml_elem_contents(root.get()); child != nullptr;
+       child = vqml_cont_next(child)) {
+    const char* const name = vqml_elem_name(child);
+    if (name == nullptr) continue;
+    if (name == names.payloadData) {
+      // Entries need the message, which the payload length creates.
+      if (message == nullptr) continue;
+      PayloadBytes payload(PayloadOf(message.get()), available);
+      StorePayloadData(child, message->request_type, payload);
+      continue;
+    }
+    const char* const text = FirstText(child);
+    if (text == nullptr) continue;
+    if (name == names.dstId) {
+      header.dst_id = static_cast<unsigned char>(str2hex(text));
+    } else if (name == names.srcId) {
+      header.src_id = static_cast<unsigned char>(str2hex(text));
+    } else if (name == names.requestType) {
+      header.request_type =
+          static_cast<unsigned short>(MatchRequestType(text, header.request_type));
+    } else if (name == names.userDefined) {
+      // Read into 32 bits: only a 0 survives the sixteen digits that Encode writes.
+      header.user_defined = str2hex(text);
+    } else if (name == names.payloadLength) {
+      header.payload_length = str2hex(text);
+      // The message holds the header as assembled so far; later header fields do not reach it.
+      // A length beyond what the XML could fill is allocated only as far as it could.
+      available = std::min<std::uint64_t>(header.payload_length,
+                                          kPayloadPerXmlCharacter * m_XmlContent.GetSize());
+      message.reset(static_cast<vqvaluelist_msg*>(std::calloc(sizeof header + available, 1)));
+      if (message == nullptr) return;
+      std::memcpy(message.get(), &header, sizeof header);
+    }
+    // "port-id" is read by nobody; any other element is ignored.
+  }
+  if (message != nullptr) TakeMessage(*message, PayloadOf(message.get()), available);
+}
+
+void eValueList::SerializeIn(EArchive& archive) {
+  const unsigned int signature = archive.ReadUnsignedInt();
+  // The client message id is read before the signature is checked, as the message always was.
+  ReadFieldAt<Schema>(archive, *this, 0);
+  ReadFields<Schema>(archive, *this, FindLayout<Schema>(signature), 1);
+}
+
+template class ERecord<eValueList>;
