@@ -34,6 +34,13 @@
 #include "eVLANIPAddressTableItemProperties.h"
 #include "eIPAddressTableItem.h"
 
+// Interface-table model (the default stand-in for the interface-table library)
+#include "eIPv4AddressItem.h"
+#include "eIPv6AddressItem.h"
+#include "eInterfaceItem.h"
+#include "eInterfaceTable.h"
+#include "eInterfaceConfigRecords.h"
+
 // Protocol statistics
 #include "eStatsRecord.h"
 #include "eARPStats.h"
