@@ -33,6 +33,9 @@
 #include "eISLIPAddressTableItemProperties.h"
 #include "eVLANIPAddressTableItemProperties.h"
 #include "eIPAddressTableItem.h"
+#include "eAddressTable.h"
+#include "eARPAddressTableItem.h"
+#include "eIPAddressTable.h"
 
 // Interface-table model (the default stand-in for the interface-table library)
 #include "eIPv4AddressItem.h"
