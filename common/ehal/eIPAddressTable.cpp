@@ -142,66 +142,6 @@ class HostRangeIndex {
   std::vector<Row> m_Taken;
 };
 
-// Both counts of a piece become n.
-void SetHostCount(EIPAddressTableItem& piece, unsigned int n) {
-  EIPAddressRange hosts = piece.GetIPAddressRange();
-  hosts.SetRangeCount(n);
-  piece.SetIPAddressRange(hosts);
-  EMACAddressRange macs = piece.GetMACAddressRange();
-  macs.SetMACRangeCount(n);
-  piece.SetMACAddressRange(macs);
-}
-
-// The row trimmed to its first n hosts; the first addresses stay.
-EIPAddressTableItem FirstHosts(const EIPAddressTableItem& row, unsigned int n) {
-  EIPAddressTableItem piece(row);
-  SetHostCount(piece, n);
-  return piece;
-}
-
-// The row trimmed to its last n hosts: the first address becomes the IPv4 address first +
-// count - n, the first MAC the one the row gave that host.
-EIPAddressTableItem LastHosts(const EIPAddressTableItem& row, unsigned int n) {
-  EIPAddressTableItem piece(row);
-  EIPAddressRange hosts = row.GetIPAddressRange();
-  unsigned char bytes[4];
-  WriteBigEndian32(bytes, HostNumber(hosts.GetIPAddress()) + hosts.GetRangeCount() - n);
-  EIPAddress first;
-  first.SetAddress(bytes, eIPv4Address);
-  EMACAddress mac;
-  row.GetMACAddressFromIPAddress(first, mac);
-  hosts.SetAddress(first);
-  piece.SetIPAddressRange(hosts);
-  EMACAddressRange macs = row.GetMACAddressRange();
-  macs.SetMACAddress(mac);
-  piece.SetMACAddressRange(macs);
-  SetHostCount(piece, n);
-  return piece;
-}
-
-// Inserts the row unless a row has its key already, and indexes it.
-void InsertNew(Rows& rows, HostRangeIndex& index, const EIPAddressTableItem& item) {
-  const auto [row, inserted] = rows.try_emplace(item.GetIPAddressRange(), item);
-  if (inserted) index.Add(row);
-}
-
-// Carves `host` out of every row that holds it, in key order: each such row is removed, and
-// the hosts before and the hosts after `host`, where there are any, come back as rows of their
-// own where no row has their key.
-void CarveOut(Rows& rows, HostRangeIndex& index, unsigned int host) {
-  std::vector<Row>& holding = index.TakeRowsHolding(host);
-  std::sort(holding.begin(), holding.end(), [](Row a, Row b) { return a->first < b->first; });
-  for (const Row row : holding) {
-    const auto removed = rows.extract(row);
-    const EIPAddressTableItem& item = removed.mapped();
-    const EIPAddressRange hosts = item.GetIPAddressRange();
-    const unsigned int before = host - HostNumber(hosts.GetIPAddress());
-    const unsigned int after = hosts.GetRangeCount() - before - 1;
-    if (before > 0) InsertNew(rows, index, FirstHosts(item, before));
-    if (after > 0) InsertNew(rows, index, LastHosts(item, after));
-  }
-}
-
 // The interface items that become rows: enabled, with an enabled IPv4 item whose address is
 // not 0.0.0.0, in the order of the list.
 std::vector<const EInterfaceItem*> UsableInterfaces(const EInterfaceTable& table) {
@@ -228,6 +168,101 @@ std::vector<unsigned int> StartsAddedBy(const std::vector<const EInterfaceItem*>
 }
 
 }  // namespace
+
+// The merge's work on the rows, which edits their fields in place.
+struct EIPAddressTable::MergeSteps {
+  // Both counts of a row become n.
+  static void SetHostCount(EIPAddressTableItem& row, unsigned int n) {
+    row.m_IPAddressRange.SetRangeCount(n);
+    row.m_MACAddressRange.SetMACRangeCount(n);
+  }
+
+  // Trims a row to its last n hosts: the first address becomes the IPv4 address first + count
+  // - n, the first MAC the one the untrimmed row gave that host.
+  static void KeepLastHosts(EIPAddressTableItem& row, unsigned int n) {
+    const EIPAddressRange& hosts = row.m_IPAddressRange;
+    unsigned char bytes[4];
+    WriteBigEndian32(bytes, HostNumber(hosts.GetIPAddress()) + hosts.GetRangeCount() - n);
+    EIPAddress first;
+    first.SetAddress(bytes, eIPv4Address);
+    EMACAddress mac;
+    row.GetMACAddressFromIPAddress(first, mac);
+    row.m_IPAddressRange.SetAddress(first);
+    row.m_MACAddressRange.SetMACAddress(mac);
+    SetHostCount(row, n);
+  }
+
+  // Fills an empty row with the settings of a usable interface and marks it as derived from
+  // the interface table.
+  static void SetInterfaceRow(EIPAddressTableItem& row, const EInterfaceItem& item) {
+    const EIPv4AddressItem& ipv4 = item.GetIPv4AddressItem();
+    row.m_IPAddressRange.SetAddress(ipv4.GetAddress());
+    row.m_IPAddressRange.SetRangeCount(1);
+    row.m_MACAddressRange.SetMACMode(EIPAddressTableItem::kMACOneToOne);
+    row.m_MACAddressRange.SetMACAddress(item.GetMacAddress());
+    row.m_MACAddressRange.SetMACRangeCount(1);
+    row.m_Network = EIPMaskedAddress(ipv4.GetGateway());
+    row.m_Network.SetMaskPrefixNumber(ipv4.GetMaskLength());
+    row.m_UseNetworkNumber = true;
+    row.m_Gateway = ipv4.GetGateway();
+    row.m_OverrideDefaultGateway = true;
+    row.m_InterfaceDerived = true;
+    row.m_VLAN = item.GetVLANItem();
+    row.m_VPI = item.GetVPI();
+    row.m_VCI = item.GetVCI();
+    row.m_Encapsulation =
+        static_cast<eAtmEncapsulationMode>(static_cast<unsigned int>(item.GetEncapsulation()));
+    row.m_ATMMode = static_cast<EIPAddressTableItem::ATMModeEnum>(item.GetATMMode() == 0 ? 0 : 1);
+  }
+
+  // Inserts a copy of the row trimmed to its first n hosts (the first addresses stay), unless a
+  // row has its key, and indexes it. `hint` is where the copy is expected to go.
+  static void InsertFirstHosts(Rows& rows, HostRangeIndex& index, Row hint,
+                               const EIPAddressTableItem& row, unsigned int n) {
+    EIPAddressRange key = row.m_IPAddressRange;
+    key.SetRangeCount(n);
+    const std::size_t count = rows.size();
+    const Row piece = rows.try_emplace(hint, key, row);
+    if (rows.size() == count) return;
+    SetHostCount(piece->second, n);
+    index.Add(piece);
+  }
+
+  // Trims the row held by a removed node to its last n hosts and puts it back, unless a row has
+  // its new key, and indexes it. `hint` is where it is expected to go; returns where it went, or
+  // the end of the rows.
+  static Row InsertLastHosts(Rows& rows, HostRangeIndex& index, Row hint, Rows::node_type node,
+                             unsigned int n) {
+    KeepLastHosts(node.mapped(), n);
+    node.key() = node.mapped().GetIPAddressRange();
+    const Row piece = rows.insert(hint, std::move(node));
+    if (!node.empty()) return rows.end();
+    index.Add(piece);
+    return piece;
+  }
+
+  // Carves `host` out of every row that holds it, in key order: each such row is removed, and
+  // the hosts before and the hosts after `host`, where there are any, come back as rows of their
+  // own where no row has their key. Returns a row of the hosts after `host`, or the end of the
+  // rows when there is none.
+  static Row CarveOut(Rows& rows, HostRangeIndex& index, unsigned int host) {
+    std::vector<Row>& holding = index.TakeRowsHolding(host);
+    std::sort(holding.begin(), holding.end(), [](Row a, Row b) { return a->first < b->first; });
+    Row after = rows.end();
+    for (const Row row : holding) {
+      const Row next = std::next(row);
+      Rows::node_type removed = rows.extract(row);
+      const EIPAddressRange& hosts = removed.mapped().m_IPAddressRange;
+      const unsigned int first = host - HostNumber(hosts.GetIPAddress());
+      const unsigned int last = hosts.GetRangeCount() - first - 1;
+      if (first > 0) InsertFirstHosts(rows, index, next, removed.mapped(), first);
+      if (last == 0) continue;
+      const Row piece = InsertLastHosts(rows, index, next, std::move(removed), last);
+      if (after == rows.end()) after = piece;
+    }
+    return after;
+  }
+};
 
 void EIPAddressTable::SerializeOut(EArchive& archive) const {
   Write<Schema>(archive, *this);
@@ -259,41 +294,22 @@ void EIPAddressTable::DumpToLog(ETrace* trace) const {
   trace->Trace(kDumpLevel, kRule);
 }
 
-EIPAddressTableItem EIPAddressTable::InterfaceRow(const EInterfaceItem& item) {
-  const EIPv4AddressItem& ipv4 = item.GetIPv4AddressItem();
-  EIPAddressTableItem row;
-  EIPAddressRange hosts;
-  hosts.SetAddress(ipv4.GetAddress());
-  hosts.SetRangeCount(1);
-  row.SetIPAddressRange(hosts);
-  EMACAddressRange macs;
-  macs.SetMACMode(EIPAddressTableItem::kMACOneToOne);
-  macs.SetMACAddress(item.GetMacAddress());
-  macs.SetMACRangeCount(1);
-  row.SetMACAddressRange(macs);
-  EIPMaskedAddress network(ipv4.GetGateway());
-  network.SetMaskPrefixNumber(ipv4.GetMaskLength());
-  row.SetNetwork(network);
-  row.SetUseNetworkNumber(true);
-  row.SetGateway(ipv4.GetGateway());
-  row.SetOverrideDefaultGateway(true);
-  row.m_InterfaceDerived = true;
-  row.SetVLANIPAddressTableItemProperties(item.GetVLANItem());
-  row.SetVPI(item.GetVPI());
-  row.SetVCI(item.GetVCI());
-  row.SetEncapsulation(
-      static_cast<eAtmEncapsulationMode>(static_cast<unsigned int>(item.GetEncapsulation())));
-  row.SetATMMode(static_cast<EIPAddressTableItem::ATMModeEnum>(item.GetATMMode() == 0 ? 0 : 1));
-  return row;
-}
-
 void EIPAddressTable::MergeWithInterfaceTable(const EInterfaceTable& table) {
   const std::vector<const EInterfaceItem*> interfaces = UsableInterfaces(table);
   if (interfaces.empty()) return;
   HostRangeIndex index(m_Rows, StartsAddedBy(interfaces));
   for (const EInterfaceItem* item : interfaces) {
-    const unsigned int host = HostOf(*item);
-    CarveOut(m_Rows, index, host);
-    InsertNew(m_Rows, index, InterfaceRow(*item));
+    // The hosts after the interface's, if any, follow its row.
+    const Row after = MergeSteps::CarveOut(m_Rows, index, HostOf(*item));
+    EIPAddressRange hosts;
+    hosts.SetAddress(item->GetIPv4AddressItem().GetAddress());
+    hosts.SetRangeCount(1);
+    // The row is built in place from the empty values, where no row has its key.
+    const std::size_t count = m_Rows.size();
+    const Row row =
+        after == m_Rows.end() ? m_Rows.try_emplace(hosts).first : m_Rows.try_emplace(after, hosts);
+    if (m_Rows.size() == count) continue;
+    MergeSteps::SetInterfaceRow(row->second, *item);
+    index.Add(row);
   }
 }

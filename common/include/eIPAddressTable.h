@@ -48,8 +48,8 @@ class EIPAddressTable : public EAddressTable<EIPAddressRange, EIPAddressTableIte
   struct Schema;  // the archive form, in eIPAddressTable.cpp
 
  private:
-  // The row of a usable interface, marked as derived from the interface table.
-  static EIPAddressTableItem InterfaceRow(const EInterfaceItem& item);
+  // The merge's work on the rows, which edits their fields in place (in eIPAddressTable.cpp).
+  struct MergeSteps;
 };
 
 EArchive& operator<<(EArchive& archive, const EIPAddressTable& table);
