@@ -27,20 +27,6 @@ using namespace network_values;
 using ARPTable = EAddressTable<EIPAddress, EARPAddressTableItem>;
 using HostTable = EAddressTable<EIPAddressRange, EIPAddressTableItem>;
 
-EMACAddress MAC(const std::string& text) {
-  EMACAddress mac;
-  mac.SetAsString(text);
-  return mac;
-}
-
-EMACAddressRange MACRange(const std::string& first, unsigned int count, int mode) {
-  EMACAddressRange range;
-  range.SetMACAddress(MAC(first));
-  range.SetMACRangeCount(count);
-  range.SetMACMode(mode);
-  return range;
-}
-
 // A row of `count` hosts from `first`, one MAC each from `mac`.
 EIPAddressTableItem Hosts(const EIPAddress& first, unsigned int count, const std::string& mac,
                           int mode = EIPAddressTableItem::kMACOneToOne) {
@@ -427,6 +413,7 @@ TEST(AddressTableReaders, SurviveArbitraryInput) {
   ExpectReaderSurvives(ARPEntry(V4(10, 0, 0, 1), "00:11:22:33:44:55"), signatures, 51);
   ExpectReaderSurvives(TwoEntries(), signatures, 52);
   ExpectReaderSurvives(TableOf({kRowA, kRowB}), signatures, 53);
+  ExpectReaderSurvives(HostTable(TableOf({kRowA, kRowB})), signatures, 54);
 }
 
 // ---------------------------------------------------------------------------------------------

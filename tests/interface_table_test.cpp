@@ -18,12 +18,6 @@ namespace {
 
 using namespace network_values;
 
-EMACAddress MAC(const std::string& text) {
-  EMACAddress mac;
-  mac.SetAsString(text);
-  return mac;
-}
-
 EVLANIPAddressTableItemProperties Tagged(const std::string& ids) {
   EVLANIPAddressTableItemProperties vlan;
   vlan.Enable();

@@ -85,20 +85,6 @@ EIPAddressTableItem Read(const std::string& bytes) {
   return item;
 }
 
-EMACAddress MAC(const std::string& text) {
-  EMACAddress mac;
-  mac.SetAsString(text);
-  return mac;
-}
-
-EMACAddressRange MACRange(const std::string& first, unsigned int count, int mode) {
-  EMACAddressRange range;
-  range.SetMACAddress(MAC(first));
-  range.SetMACRangeCount(count);
-  range.SetMACMode(mode);
-  return range;
-}
-
 EIPMaskedAddress Network(const EIPAddress& address, unsigned int prefix) {
   EIPMaskedAddress network(address);
   network.SetMaskPrefixNumber(prefix);
