@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "archive_text.h"
+#include "capturing_tracer.h"
 #include "child_process.h"
 #include "eArchive.h"
 #include "eTrace.h"
@@ -84,20 +83,6 @@ EIPAddressTableItem Read(const std::string& bytes) {
   EIPAddressTableItem item;
   ReadFrom(bytes, item);
   return item;
-}
-
-EMACAddress MAC(const std::string& text) {
-  EMACAddress mac;
-  mac.SetAsString(text);
-  return mac;
-}
-
-EMACAddressRange MACRange(const std::string& first, unsigned int count, int mode) {
-  EMACAddressRange range;
-  range.SetMACAddress(MAC(first));
-  range.SetMACRangeCount(count);
-  range.SetMACMode(mode);
-  return range;
 }
 
 EIPMaskedAddress Network(const EIPAddress& address, unsigned int prefix) {
@@ -409,31 +394,6 @@ TEST(EIPAddressTableItem, MACOfAShortFirstAddressIsPaddedInFront) {
 
 // ---------------------------------------------------------------------------------------------
 // The dump.
-
-// A tracer that keeps the text of every line after the channel name.
-class CapturingTracer : public ETracer {
- public:
-  explicit CapturingTracer(std::string channel) : m_Channel(std::move(channel)) {}
-  void Write(const char* line) override {
-    const std::string text(line);
-    const std::size_t at = text.find(m_Channel + " ");
-    lines.push_back(at == std::string::npos ? text : text.substr(at + m_Channel.size() + 1));
-  }
-  std::vector<std::string> lines;
-
- private:
-  std::string m_Channel;
-};
-
-// A channel of its own name and tracer at `level`. The registry keeps channels until process
-// exit, so the tracers live as long.
-ETrace* Channel(const std::string& name, int level, CapturingTracer*& tracer) {
-  static std::deque<CapturingTracer> tracers;
-  tracer = &tracers.emplace_back(name);
-  ETrace* trace = ETrace::GetTrace(name, tracer);
-  ETrace::SetLevel(name, level, tracer);
-  return trace;
-}
 
 const std::string kHeader =
     "IP From:  IP To:  Use Network Number:  NetworkNumber:  NetworkNumber: Network Mask: MAC "

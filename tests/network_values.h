@@ -5,11 +5,14 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "eBlob.h"
 #include "eIPAddress.h"
 #include "eIPAddressRange.h"
+#include "eMACAddress.h"
+#include "eMACAddressRange.h"
 
 namespace network_values {
 
@@ -38,6 +41,21 @@ inline EIPAddressRange Range(const EIPAddress& first, unsigned int count) {
   EIPAddressRange range;
   range.SetAddress(first);
   range.SetRangeCount(count);
+  return range;
+}
+
+// A MAC address from its text form ("00:1a:2b:3c:4d:5e").
+inline EMACAddress MAC(const std::string& text) {
+  EMACAddress mac;
+  mac.SetAsString(text);
+  return mac;
+}
+
+inline EMACAddressRange MACRange(const std::string& first, unsigned int count, int mode) {
+  EMACAddressRange range;
+  range.SetMACAddress(MAC(first));
+  range.SetMACRangeCount(count);
+  range.SetMACMode(mode);
   return range;
 }
 

@@ -106,6 +106,42 @@ ECommandLog Fresh<ECommandLog>() {
   return log;
 }
 
+EIPAddress FreshAddress(unsigned char last, unsigned int type) {
+  const unsigned char bytes[16] = {10, 0, 0, last};
+  EIPAddress address;
+  address.SetAddress(bytes, type);
+  return address;
+}
+
+// Records holding lists or rows start with some, so that their items are described too.
+template <>
+EInterfaceItem Fresh<EInterfaceItem>() {
+  EInterfaceItem item;
+  item.AddIPv6Address(FreshAddress(1, eIPv6Address));
+  item.AddIPv6Address(FreshAddress(2, eIPv6Address));
+  return item;
+}
+template <>
+EIPAddressTable Fresh<EIPAddressTable>() {
+  EIPAddressTable table;
+  for (unsigned char last = 1; last < 3; ++last) {
+    EIPAddressRange range;
+    range.SetAddress(FreshAddress(last, eIPv4Address));
+    EIPAddressTableItem item;
+    item.SetIPAddressRange(range);
+    table.AddEntry(range, item);
+  }
+  return table;
+}
+using ARPTable = EAddressTable<EIPAddress, EARPAddressTableItem>;
+template <>
+ARPTable Fresh<ARPTable>() {
+  ARPTable table;
+  table.AddEntry(FreshAddress(1, eIPv4Address), EARPAddressTableItem());
+  return table;
+}
+using HostTable = EAddressTable<EIPAddressRange, EIPAddressTableItem>;
+
 template <typename T>
 std::string Described(const T& record) {
   Reencoder reencoder;
@@ -124,6 +160,9 @@ using Records = ::testing::Types<
     ESingleCommand, ECommandLog,
     // address tables
     EISLIPAddressTableItemProperties, EVLANIPAddressTableItemProperties, EIPAddressTableItem,
+    EARPAddressTableItem, HostTable, ARPTable, EIPAddressTable,
+    // the interface-table model
+    EIPv4AddressItem, EIPv6AddressItem, EInterfaceItem,
     // names and envelopes
     EProtocolName, ETableName, EClientID, EMessage, EGlobalMessage, EOutgoingGlobalMessage,
     EOutgoingMessage, EOutgoingProtocolMessage, ETableMessage, ESwitchUpdateMessage,

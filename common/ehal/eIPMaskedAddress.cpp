@@ -12,19 +12,6 @@ using namespace eHal::detail;
 // The address record as EIPAddress writes it, then the mask: a signature of its own and the 4 or
 // 16 mask bytes as a blob.
 struct EIPMaskedAddress::Schema {
-  struct AddressPart {
-    static void Write(EArchive& archive, const EIPMaskedAddress& masked) {
-      masked.EIPAddress::SerializeOut(archive);
-    }
-    static void Read(EArchive& archive, EIPMaskedAddress& masked) {
-      masked.EIPAddress::SerializeIn(archive);
-    }
-    static void Describe(ERecordVisitor& visitor, const char* name,
-                         const EIPMaskedAddress& masked) {
-      masked.EIPAddress::Describe(visitor, name);
-    }
-  };
-
   struct MaskPart {
     static constexpr unsigned int kSignature = 0x19111111;
 
@@ -48,7 +35,7 @@ struct EIPMaskedAddress::Schema {
   };
 
   static constexpr auto kFields =
-      std::make_tuple(Property<EIPMaskedAddress>("Address", AddressPart{}),
+      std::make_tuple(Property<EIPMaskedAddress>("Address", BasePart<EIPAddress>{}),
                       Property<EIPMaskedAddress>("Mask", MaskPart{}));
   static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPMaskedAddress", 211,
                                                  "EIPMaskedAddress::SerializeIn"};

@@ -131,6 +131,23 @@ struct Nested {
   }
 };
 
+// The part of a record that its base class `Base` writes, in the base's own archive form.
+template <typename Base>
+struct BasePart {
+  template <typename Record>
+  static void Write(EArchive& archive, const Record& record) {
+    record.Base::SerializeOut(archive);
+  }
+  template <typename Record>
+  static void Read(EArchive& archive, Record& record) {
+    record.Base::SerializeIn(archive);
+  }
+  template <typename Record>
+  static void Describe(ERecordVisitor& visitor, const char* name, const Record& record) {
+    record.Base::Describe(visitor, name);
+  }
+};
+
 // A byte blob in its own archive form that no member holds as it travels: `Get(record)` makes it
 // from the record and `Set(record, blob)` puts the blob read back. For use with Property.
 template <auto Get, auto Set>
@@ -159,6 +176,21 @@ struct DefaultCodec {
 template <typename Member>
 using CodecOf = typename DefaultCodec<Member>::Type;
 
+// True when the last read ran past the end of the data: the next one would start over from the
+// beginning of the archive.
+inline bool ReadPastEnd(const EArchive& archive) {
+  return archive.GetReadPosition() > archive.GetAsEBlob().GetSize();
+}
+
+// Calls `readOne(i)` for i from 0 below `count`, stopping early once the archive has run past its
+// end: the items the data holds are all consumed, and a hostile count cannot keep a reader going
+// round the same bytes for billions of rounds.
+template <typename ReadOne>
+void ReadCounted(EArchive& archive, unsigned int count, ReadOne&& readOne) {
+  for (unsigned int i = 0; i < count && !ReadPastEnd(archive); ++i)
+    readOne(i);
+}
+
 // A vector: its count (written as unsigned 64-bit, read as unsigned 32-bit), then the items.
 struct Vector {
   template <typename Item>
@@ -178,7 +210,9 @@ struct Vector {
   }
 };
 
-// A map: its count, then key and item for each entry in key order.
+// A map: its count, then key and item for each entry in key order. The reader clears the map,
+// refuses a storing archive, and stores each pair read, a later pair replacing the value of an
+// equal key; it stops where the data runs out (see ReadCounted).
 struct Map {
   template <typename Key, typename Item>
   static void Write(EArchive& archive, const std::map<Key, Item>& items) {
@@ -186,7 +220,9 @@ struct Map {
   }
   template <typename Key, typename Item>
   static void Read(EArchive& archive, std::map<Key, Item>& items) {
-    ::SerializeIn(archive, items);
+    StartMapRead(archive, items);
+    ReadCounted(archive, archive.ReadUnsignedInt(),
+                [&](unsigned int) { ReadMapEntry(archive, items); });
   }
   template <typename Key, typename Item>
   static void Describe(ERecordVisitor& visitor, const char* name,
@@ -223,12 +259,6 @@ struct FixedArray {
     visitor.EndList();
   }
 };
-
-// True when the last read ran past the end of the data: the next one would start over from the
-// beginning of the archive.
-inline bool ReadPastEnd(const EArchive& archive) {
-  return archive.GetReadPosition() > archive.GetAsEBlob().GetSize();
-}
 
 // A list without a count, ended by a 0 where the next item would begin; no item begins with 0.
 // `Item` says how one element travels: Write and Describe as a codec's, and
@@ -470,15 +500,6 @@ void ReadFieldAt(EArchive& archive, Record& record, std::size_t position) {
   } else if constexpr (HasReadOnlyFields<Schema>::value) {
     VisitFieldAt(Schema::kReadOnlyFields, position - kFieldCount<Schema>, read);
   }
-}
-
-// Calls `readOne(i)` for i from 0 below `count`, stopping early once the archive has run past its
-// end: the items the data holds are all consumed, and a hostile count cannot keep a reader going
-// round the same bytes for billions of rounds.
-template <typename ReadOne>
-void ReadCounted(EArchive& archive, unsigned int count, ReadOne&& readOne) {
-  for (unsigned int i = 0; i < count && !ReadPastEnd(archive); ++i)
-    readOne(i);
 }
 
 // Writes the signature the newest layout carries (if the record has one).

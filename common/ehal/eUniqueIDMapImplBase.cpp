@@ -27,6 +27,17 @@ struct EUniqueIDMapImplBase::Schema {
         map.AddOwnedItem(id, map.CreateItem(archive));
       }
     }
+    static void Describe(ERecordVisitor& visitor, const char* name,
+                         const EUniqueIDMapImplBase& map) {
+      visitor.BeginList(name, EWire::kUnsigned64, map.m_Items.size());
+      for (const auto& entry : map.m_Items) {
+        visitor.BeginRecord("");
+        kUnsigned.Describe(visitor, "Id", map.GetItemId(entry.second));
+        map.DescribeItem(entry.second, visitor);
+        visitor.EndRecord();
+      }
+      visitor.EndList();
+    }
   };
 
   // The generator in its own form, which replaces the identifier state the items built up; a
@@ -37,6 +48,10 @@ struct EUniqueIDMapImplBase::Schema {
     }
     static void Read(EArchive& archive, EUniqueIDGenerator& generator) {
       if (!ReadPastEnd(archive)) archive >> generator;
+    }
+    static void Describe(ERecordVisitor& visitor, const char* name,
+                         const EUniqueIDGenerator& generator) {
+      generator.Describe(visitor, name);
     }
   };
 
@@ -143,4 +158,8 @@ void EUniqueIDMapImplBase::SerializeOut(EArchive& archive) const {
 void EUniqueIDMapImplBase::SerializeIn(EArchive& archive) {
   Empty();
   Read<Schema>(archive, *this);
+}
+
+void EUniqueIDMapImplBase::Describe(ERecordVisitor& visitor, const char* name) const {
+  eHal::detail::Describe<Schema>(visitor, name, *this);
 }

@@ -273,18 +273,32 @@ void SerializeOut(EArchive& archive, const std::map<KeyType, ItemType>& items) {
     archive << entry.first << entry.second;
 }
 
+namespace eHal::detail {
+// The map reader's first steps: the map is cleared, then a storing archive is refused.
 template <typename KeyType, typename ItemType>
-void SerializeIn(EArchive& archive, std::map<KeyType, ItemType>& items) {
+void StartMapRead(EArchive& archive, std::map<KeyType, ItemType>& items) {
   items.clear();
   if (archive.IsStoring()) {
     EArchive::SerializeError("common/include/eArchive", 285,
                              "template<KeyType,ItemType> SerializeIn(..,map)");
   }
+}
+
+// Reads one pair into a fresh key and a fresh value and stores it, replacing the value of an
+// equal key: with a repeated key the last pair wins.
+template <typename KeyType, typename ItemType>
+void ReadMapEntry(EArchive& archive, std::map<KeyType, ItemType>& items) {
+  KeyType key{};
+  ItemType item{};
+  archive >> key >> item;
+  items.insert_or_assign(std::move(key), std::move(item));
+}
+}  // namespace eHal::detail
+
+template <typename KeyType, typename ItemType>
+void SerializeIn(EArchive& archive, std::map<KeyType, ItemType>& items) {
+  eHal::detail::StartMapRead(archive, items);
   const unsigned int count = archive.ReadUnsignedInt();
-  for (unsigned int i = 0; i < count; ++i) {
-    KeyType key{};
-    ItemType item{};
-    archive >> key >> item;
-    items.insert_or_assign(std::move(key), std::move(item));
-  }
+  for (unsigned int i = 0; i < count; ++i)
+    eHal::detail::ReadMapEntry(archive, items);
 }

@@ -4,12 +4,25 @@
 //
 // MapItem needs default and copy construction, `unsigned int GetLocalId() const`,
 // `void SetLocalId(unsigned int)`, `void SetParent(ParentPType)`,
-// `void SerializeOut(EArchive&) const` and `void SerializeIn(EArchive&)`.
+// `void SerializeOut(EArchive&) const` and `void SerializeIn(EArchive&)`; a MapItem that is a
+// record (with `Describe`) makes the map describable too.
 #pragma once
 
 #include <memory>
+#include <type_traits>
+#include <utility>
 
+#include "eRecord.h"
 #include "eUniqueIDMapImplBase.h"
+
+namespace eHal::detail {
+// True when T describes itself as a record does (`Describe(visitor, name) const`).
+template <typename T, typename = void>
+struct IsDescribable : std::false_type {};
+template <typename T>
+struct IsDescribable<T, std::void_t<decltype(std::declval<const T&>().Describe(
+                            std::declval<ERecordVisitor&>(), ""))>> : std::true_type {};
+}  // namespace eHal::detail
 
 template <typename MapItem, typename ParentPType>
 class EUniqueIDMap : public EUniqueIDMapImplBase {
@@ -46,6 +59,16 @@ class EUniqueIDMap : public EUniqueIDMapImplBase {
     return EUniqueIDMapImplBase::AddOwnedItem(id, item);
   }
 
+  // Takes ownership of a heap item under `id`, or under a new identifier when `id` is 0, and
+  // returns it; null when the map destroys it instead (the identifier is in use; see
+  // AddOwnedItem).
+  MapItem* AdoptItem(std::unique_ptr<MapItem> item, unsigned int id = 0) {
+    const std::size_t before = size();
+    const iterator entry =
+        id == 0 ? AddOwnedItem(item.release()) : AddOwnedItem(id, item.release());
+    return size() > before ? GetItem(entry) : nullptr;
+  }
+
   // Swap with a map of the same item type only.
   void Swap(EUniqueIDMap& other) { EUniqueIDMapImplBase::Swap(other); }
 
@@ -66,6 +89,10 @@ class EUniqueIDMap : public EUniqueIDMapImplBase {
   }
   void DeleteItem(void* item) const override { delete Cast(item); }
   void SetItemParent(void* item) const override { Cast(item)->SetParent(m_Parent); }
+  // An item type without a description of its own is described as nothing.
+  void DescribeItem(const void* item, ERecordVisitor& visitor) const override {
+    if constexpr (eHal::detail::IsDescribable<MapItem>::value) Cast(item)->Describe(visitor, "");
+  }
 
  private:
   static MapItem* Cast(void* item) { return static_cast<MapItem*>(item); }

@@ -9,6 +9,7 @@
 #include "eUniqueIDGenerator.h"
 
 class EArchive;
+class ERecordVisitor;
 
 class EUniqueIDMapImplBase {
  public:
@@ -72,6 +73,10 @@ class EUniqueIDMapImplBase {
   // in use (or 0) is dropped.
   void SerializeIn(EArchive& archive);
 
+  // Hands the map to `visitor` in its archive form: BeginRecord(name), the signature, the items
+  // (each its identifier and the item's own description), the generator, EndRecord().
+  void Describe(ERecordVisitor& visitor, const char* name = "") const;
+
   friend EArchive& operator<<(EArchive& archive, const EUniqueIDMapImplBase& map) {
     map.SerializeOut(archive);
     return archive;
@@ -101,6 +106,8 @@ class EUniqueIDMapImplBase {
   virtual void DeleteItem(void* item) const = 0;
   // Points the item at the map's owner.
   virtual void SetItemParent(void* item) const = 0;
+  // Describes the item as the typed map's SerializeOutItem writes it.
+  virtual void DescribeItem(const void* item, ERecordVisitor& visitor) const = 0;
 
  private:
   // Stores an item the map owns under `id`: see AddOwnedItem.

@@ -34,6 +34,16 @@
 #include "eISLIPAddressTableItemProperties.h"
 #include "eVLANIPAddressTableItemProperties.h"
 #include "eIPAddressTableItem.h"
+#include "eAddressTable.h"
+#include "eARPAddressTableItem.h"
+#include "eIPAddressTable.h"
+
+// Interface-table model (the default stand-in for the interface-table library)
+#include "eIPv4AddressItem.h"
+#include "eIPv6AddressItem.h"
+#include "eInterfaceItem.h"
+#include "eInterfaceTable.h"
+#include "eInterfaceConfigRecords.h"
 
 // Protocol statistics
 #include "eStatsRecord.h"

@@ -1,0 +1,20 @@
+#include "eIPv4AddressItem.h"
+
+#include "eRecordSchema.h"
+
+using namespace eHal::detail;
+
+// The model's own form: the enabled flag, the address, the gateway and the mask length. The
+// owner is a link inside the model and does not travel.
+struct EIPv4AddressItem::Schema {
+  static constexpr auto kFields =
+      std::make_tuple(Field("Enabled", &EIPv4AddressItem::m_Enabled),
+                      Field("Address", &EIPv4AddressItem::m_Address),
+                      Field("Gateway", &EIPv4AddressItem::m_Gateway),
+                      Field("MaskLength", &EIPv4AddressItem::m_MaskLength));
+  static constexpr Layout kLayouts[] = {{0x1E040001}};
+  static constexpr ESerializeErrorSite kError = {"x86_64/platform/src/eIPv4AddressItem", 40,
+                                                 "EIPv4AddressItem::SerializeIn"};
+};
+
+template class ERecord<EIPv4AddressItem>;
