@@ -1,6 +1,7 @@
 #include "eIPAddressTable.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -88,6 +89,7 @@ class HostRangeIndex {
     m_Spans.emplace(span, row);
     const std::size_t leaf = static_cast<std::size_t>(
         std::lower_bound(m_Starts.begin(), m_Starts.end(), span.first) - m_Starts.begin());
+    assert(leaf < m_Starts.size() && m_Starts[leaf] == span.first);
     for (std::size_t node = m_LeafCount + leaf; node >= 1; node /= 2)
       m_Reach[node] = std::max(m_Reach[node], span.end);
   }
