@@ -175,94 +175,118 @@ struct EntryField {
   unsigned int width;
 };
 
+// A number of an entry together with how the entry holds it, so that one table states both the
+// binary layout and the entry's fields.
+template <typename Entry>
+struct MemberField : EntryField {
+  std::uint64_t (*get)(const Entry&);
+  void (*set)(Entry&, std::uint64_t);
+};
+
+template <auto Member>
+struct MemberAccess;
+
+template <typename Entry, typename T, T Entry::*Member>
+struct MemberAccess<Member> {
+  static std::uint64_t Get(const Entry& entry) { return entry.*Member; }
+  static void Set(Entry& entry, std::uint64_t value) { entry.*Member = static_cast<T>(value); }
+  using Owner = Entry;
+};
+
+// The field held by data member `Member`, at `offset` with `width` bytes.
+template <auto Member>
+constexpr MemberField<typename MemberAccess<Member>::Owner> Bytes(unsigned int offset,
+                                                                  unsigned int width) {
+  return {{offset, width}, &MemberAccess<Member>::Get, &MemberAccess<Member>::Set};
+}
+
+// The numbers of `entry`, in the order of `fields`.
+template <typename Entry, std::size_t N>
+std::array<std::uint64_t, N> ValuesOf(const MemberField<Entry> (&fields)[N], const Entry& entry) {
+  std::array<std::uint64_t, N> values{};
+  for (std::size_t i = 0; i < N; ++i)
+    values[i] = fields[i].get(entry);
+  return values;
+}
+
+// An entry made from its numbers, in the order of `fields`; each is cut to its member's type.
+template <typename Entry, std::size_t N>
+Entry MakeEntry(const MemberField<Entry> (&fields)[N], const std::array<std::uint64_t, N>& values) {
+  Entry entry;
+  for (std::size_t i = 0; i < N; ++i)
+    fields[i].set(entry, values[i]);
+  return entry;
+}
+
 // How each kind of entry lies in the binary form and reads in the XML form. `kFields` are its
-// numbers in order (for a label update, those before its values); `Values` and `Make` convert
-// between the entry and those numbers; `kTrailingBlank` says whether the XML text puts a blank
-// after the last number too.
+// numbers in order (for a label update, those before its values); `kTrailingBlank` says whether
+// the XML text puts a blank after the last number too.
 template <typename Entry>
 struct EntryForm;
 
 template <>
 struct EntryForm<overlay_base_address> {
+  using E = overlay_base_address;
   static constexpr unsigned int kSize = 21;
-  static constexpr EntryField kFields[] = {{0, 8}, {8, 2}, {10, 2}, {12, 1}, {13, 4}, {17, 4}};
+  static constexpr MemberField<E> kFields[] = {
+      Bytes<&E::cookie>(0, 8),  Bytes<&E::stream_num>(8, 2),  Bytes<&E::udf_num>(10, 2),
+      Bytes<&E::field4>(12, 1), Bytes<&E::item_count>(13, 4), Bytes<&E::field6>(17, 4)};
   static constexpr bool kTrailingBlank = true;
-  static std::array<std::uint64_t, 6> Values(const overlay_base_address& entry) {
-    return {entry.cookie, entry.stream_num, entry.udf_num,
-            entry.field4, entry.item_count, entry.field6};
-  }
-  static overlay_base_address Make(const std::uint64_t* values) {
-    overlay_base_address entry;
-    entry.cookie = values[0];
-    entry.stream_num = static_cast<unsigned short>(values[1]);
-    entry.udf_num = static_cast<unsigned short>(values[2]);
-    entry.field4 = static_cast<unsigned char>(values[3]);
-    entry.item_count = static_cast<unsigned int>(values[4]);
-    entry.field6 = static_cast<unsigned int>(values[5]);
-    return entry;
-  }
 };
 
 template <>
 struct EntryForm<background_base_address> {
+  using E = background_base_address;
   static constexpr unsigned int kSize = 20;
-  static constexpr EntryField kFields[] = {{0, 8}, {8, 4}, {12, 2}, {14, 2}, {16, 4}};
+  static constexpr MemberField<E> kFields[] = {Bytes<&E::field1>(0, 8), Bytes<&E::field2>(8, 4),
+                                               Bytes<&E::field3>(12, 2), Bytes<&E::field4>(14, 2),
+                                               Bytes<&E::field5>(16, 4)};
   static constexpr bool kTrailingBlank = false;
-  static std::array<std::uint64_t, 5> Values(const background_base_address& entry) {
-    return {entry.field1, entry.field2, entry.field3, entry.field4, entry.field5};
-  }
-  static background_base_address Make(const std::uint64_t* values) {
-    background_base_address entry;
-    entry.field1 = values[0];
-    entry.field2 = static_cast<unsigned int>(values[1]);
-    entry.field3 = static_cast<unsigned short>(values[2]);
-    entry.field4 = static_cast<unsigned short>(values[3]);
-    entry.field5 = static_cast<unsigned int>(values[4]);
-    return entry;
-  }
 };
 
 template <>
 struct EntryForm<valuelist_label_enable_disable_entry> {
+  using E = valuelist_label_enable_disable_entry;
   static constexpr unsigned int kSize = 12;
-  static constexpr EntryField kFields[] = {{0, 2}, {2, 2}, {4, 4}, {8, 4}};
-  static std::array<std::uint64_t, 4> Values(const valuelist_label_enable_disable_entry& entry) {
-    return {entry.field1, entry.field2, entry.field3, entry.field4};
-  }
-  static valuelist_label_enable_disable_entry Make(const std::uint64_t* values) {
-    valuelist_label_enable_disable_entry entry;
-    entry.field1 = static_cast<unsigned short>(values[0]);
-    entry.field2 = static_cast<unsigned short>(values[1]);
-    entry.field3 = static_cast<unsigned int>(values[2]);
-    entry.field4 = static_cast<unsigned int>(values[3]);
-    return entry;
-  }
+  static constexpr MemberField<E> kFields[] = {Bytes<&E::field1>(0, 2), Bytes<&E::field2>(2, 2),
+                                               Bytes<&E::field3>(4, 4), Bytes<&E::field4>(8, 4)};
 };
 
-// A label update: stream num, udf num, offset and value count, then 4 bytes per value.
+// A label update: stream num, udf num, offset and value count, then 4 bytes per value. Its
+// members are private, so its fields go through the accessors.
 template <>
 struct EntryForm<eValueListLabelUpdateEntry> {
+  using E = eValueListLabelUpdateEntry;
   static constexpr unsigned int kHeadSize = 12;
   static constexpr unsigned int kValueWidth = 4;
-  static constexpr unsigned int kCountOffset = 8;
-  static constexpr EntryField kFields[] = {{0, 2}, {2, 2}, {4, 4}, {kCountOffset, 4}};
+  static constexpr std::size_t kCountIndex = 3;
+  static constexpr MemberField<E> kFields[] = {
+      {{0, 2},
+       [](const E& e) -> std::uint64_t { return e.GetStreamNum(); },
+       [](E& e, std::uint64_t v) { e.SetStreamNum(static_cast<unsigned short>(v)); }},
+      {{2, 2},
+       [](const E& e) -> std::uint64_t { return e.GetUdfNum(); },
+       [](E& e, std::uint64_t v) { e.SetUdfNum(static_cast<unsigned short>(v)); }},
+      {{4, 4},
+       [](const E& e) -> std::uint64_t { return e.GetOffset(); },
+       [](E& e, std::uint64_t v) { e.SetOffset(static_cast<unsigned int>(v)); }},
+      {{8, 4},
+       [](const E& e) -> std::uint64_t { return e.GetValueCount(); },
+       [](E& e, std::uint64_t v) { e.SetValueCount(static_cast<unsigned int>(v)); }}};
   static constexpr bool kTrailingBlank = true;
-  static std::array<std::uint64_t, 4> Values(const eValueListLabelUpdateEntry& entry) {
-    return {entry.GetStreamNum(), entry.GetUdfNum(), entry.GetOffset(), entry.GetValueCount()};
-  }
 };
 
 // The numbers of `values` at the offsets of `fields`, from `at`.
-template <std::size_t N, typename Values>
-void StoreFields(PayloadBytes& payload, std::uint64_t at, const EntryField (&fields)[N],
+template <typename Field, std::size_t N, typename Values>
+void StoreFields(PayloadBytes& payload, std::uint64_t at, const Field (&fields)[N],
                  const Values& values) {
   for (std::size_t i = 0; i < N; ++i)
     payload.Store(at + fields[i].offset, fields[i].width, values[i]);
 }
 
-template <std::size_t N>
+template <typename Field, std::size_t N>
 std::array<std::uint64_t, N> LoadFields(const PayloadBytes& payload, std::uint64_t at,
-                                        const EntryField (&fields)[N]) {
+                                        const Field (&fields)[N]) {
   std::array<std::uint64_t, N> values{};
   for (std::size_t i = 0; i < N; ++i)
     values[i] = payload.Load(at + fields[i].offset, fields[i].width);
@@ -272,14 +296,14 @@ std::array<std::uint64_t, N> LoadFields(const PayloadBytes& payload, std::uint64
 // Writes one entry at `at`; returns its size in the binary form.
 template <typename Entry>
 std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at, const Entry& entry) {
-  StoreFields(payload, at, EntryForm<Entry>::kFields, EntryForm<Entry>::Values(entry));
+  StoreFields(payload, at, EntryForm<Entry>::kFields, ValuesOf(EntryForm<Entry>::kFields, entry));
   return EntryForm<Entry>::kSize;
 }
 
 std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at,
                          const eValueListLabelUpdateEntry& entry) {
   using Form = EntryForm<eValueListLabelUpdateEntry>;
-  StoreFields(payload, at, Form::kFields, Form::Values(entry));
+  StoreFields(payload, at, Form::kFields, ValuesOf(Form::kFields, entry));
   std::uint64_t end = at + Form::kHeadSize;
   for (unsigned int i = 0; i < entry.GetValueCount(); ++i, end += Form::kValueWidth)
     payload.Store(end, Form::kValueWidth, entry.GetValue(i));
@@ -298,7 +322,7 @@ template <typename Entry>
 void LoadEntries(const PayloadBytes& payload, std::vector<Entry>& entries) {
   using Form = EntryForm<Entry>;
   for (std::uint64_t at = 0; payload.Size() - at >= Form::kSize; at += Form::kSize)
-    entries.push_back(Form::Make(LoadFields(payload, at, Form::kFields).data()));
+    entries.push_back(MakeEntry(Form::kFields, LoadFields(payload, at, Form::kFields)));
 }
 
 // Appends the label updates of a payload. The walk is kept as the message format has it: each
@@ -310,19 +334,16 @@ void LoadLabelUpdates(const PayloadBytes& payload,
   using Form = EntryForm<eValueListLabelUpdateEntry>;
   std::uint64_t remaining = payload.Size();
   for (std::uint64_t at = 0; remaining >= Form::kHeadSize;) {
-    const std::array<std::uint64_t, 4> head = LoadFields(payload, at, Form::kFields);
-    const std::uint64_t count = head[3];
+    std::array<std::uint64_t, 4> head = LoadFields(payload, at, Form::kFields);
+    const std::uint64_t count = head[Form::kCountIndex];
     remaining -= Form::kHeadSize;
     const bool truncated = remaining < Form::kValueWidth * count;
     const std::uint64_t valueCount = truncated ? remaining / Form::kValueWidth : count;
     // The index bound of the walk over the values: 4 x count, or remaining / 4 when cut.
     const std::uint64_t bound =
         truncated ? remaining / Form::kValueWidth : Form::kValueWidth * count;
-    eValueListLabelUpdateEntry entry;
-    entry.SetStreamNum(static_cast<unsigned short>(head[0]));
-    entry.SetUdfNum(static_cast<unsigned short>(head[1]));
-    entry.SetOffset(static_cast<unsigned int>(head[2]));
-    entry.SetValueCount(static_cast<unsigned int>(valueCount));
+    head[Form::kCountIndex] = valueCount;
+    eValueListLabelUpdateEntry entry = MakeEntry(Form::kFields, head);
     // Indices from valueCount on change nothing; only their share of `remaining` is counted.
     for (std::uint64_t i = 0; i < valueCount; i += 4) {
       const std::uint64_t value =
@@ -344,8 +365,8 @@ void AppendHex(std::string& text, std::uint64_t value, unsigned int digits) {
 }
 
 // The numbers of an entry as its XML text: 2 x width digits each, blank-separated.
-template <std::size_t N, typename Values>
-void AppendFieldsText(std::string& text, const EntryField (&fields)[N], const Values& values,
+template <typename Field, std::size_t N, typename Values>
+void AppendFieldsText(std::string& text, const Field (&fields)[N], const Values& values,
                       bool trailingBlank) {
   for (std::size_t i = 0; i < N; ++i) {
     if (i > 0) text += ' ';
@@ -390,7 +411,7 @@ vqml_content* LabelUpdateElements(const PayloadBytes& payload, const char* name)
     const std::array<std::uint64_t, 4> head = LoadFields(payload, at, Form::kFields);
     text.clear();
     AppendFieldsText(text, Form::kFields, head, Form::kTrailingBlank);
-    const std::uint64_t count = head[3];
+    const std::uint64_t count = head[Form::kCountIndex];
     for (std::uint64_t i = 0; i < count; ++i) {
       AppendHex(text, payload.Load(at + Form::kHeadSize + Form::kValueWidth * i, Form::kValueWidth),
                 2 * Form::kValueWidth);
@@ -538,19 +559,19 @@ unsigned int MatchRequestType(const char* text, unsigned int current) {
 // Entries.
 
 bool overlay_base_address::operator==(const overlay_base_address& other) const {
-  return EntryForm<overlay_base_address>::Values(*this) ==
-         EntryForm<overlay_base_address>::Values(other);
+  return ValuesOf(EntryForm<overlay_base_address>::kFields, *this) ==
+         ValuesOf(EntryForm<overlay_base_address>::kFields, other);
 }
 
 bool valuelist_label_enable_disable_entry::operator==(
     const valuelist_label_enable_disable_entry& other) const {
-  return EntryForm<valuelist_label_enable_disable_entry>::Values(*this) ==
-         EntryForm<valuelist_label_enable_disable_entry>::Values(other);
+  return ValuesOf(EntryForm<valuelist_label_enable_disable_entry>::kFields, *this) ==
+         ValuesOf(EntryForm<valuelist_label_enable_disable_entry>::kFields, other);
 }
 
 bool background_base_address::operator==(const background_base_address& other) const {
-  return EntryForm<background_base_address>::Values(*this) ==
-         EntryForm<background_base_address>::Values(other);
+  return ValuesOf(EntryForm<background_base_address>::kFields, *this) ==
+         ValuesOf(EntryForm<background_base_address>::kFields, other);
 }
 
 unsigned int eValueListLabelUpdateEntry::GetValue(unsigned int index) const {
