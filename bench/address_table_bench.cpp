@@ -13,30 +13,18 @@
 
 #include "eIPAddressTable.h"
 #include "eInterfaceTable.h"
+#include "literal_merge.h"
 
 namespace {
 
 constexpr unsigned int kHostsPerRow = 10;
 constexpr unsigned int kFirstHost = 0x0A000001;  // 10.0.0.1
 
-unsigned int HostOf(const EIPAddress& address) {
-  const unsigned char* bytes = address.GetAddress();
-  return (static_cast<unsigned int>(bytes[0]) << 24) | (static_cast<unsigned int>(bytes[1]) << 16) |
-         (static_cast<unsigned int>(bytes[2]) << 8) | bytes[3];
-}
-
-EIPAddress IPv4(unsigned int host) {
-  const unsigned char bytes[4] = {
-      static_cast<unsigned char>(host >> 24), static_cast<unsigned char>(host >> 16),
-      static_cast<unsigned char>(host >> 8), static_cast<unsigned char>(host)};
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv4Address);
-  return address;
-}
+using literal_merge::IPv4Of;
 
 EIPAddressRange Hosts(unsigned int first, unsigned int count) {
   EIPAddressRange range;
-  range.SetAddress(IPv4(first));
+  range.SetAddress(IPv4Of(first));
   range.SetRangeCount(count);
   return range;
 }
@@ -61,99 +49,13 @@ EInterfaceTable Interfaces(unsigned int n) {
   item.GetIPv4AddressItem().SetEnabled(true);
   item.GetIPv4AddressItem().SetMaskLength(24);
   for (unsigned int i = 0; i < n; ++i) {
-    item.GetIPv4AddressItem().SetAddress(IPv4(kFirstHost + i * kHostsPerRow + 4));
+    item.GetIPv4AddressItem().SetAddress(IPv4Of(kFirstHost + i * kHostsPerRow + 4));
     table.AddInterfaceItem(item);
   }
   return table;
 }
 
-// The reference: the merge's steps as they read. (The rows here are keyed by their own ranges,
-// so the walk reads a row's range from its key.)
-using RowMap = std::map<EIPAddressRange, EIPAddressTableItem>;
-
-void SetCounts(EIPAddressTableItem& piece, const EIPAddress& first, unsigned int n) {
-  piece.SetIPAddressRange([&] {
-    EIPAddressRange range;
-    range.SetAddress(first);
-    range.SetRangeCount(n);
-    return range;
-  }());
-  EMACAddressRange macs = piece.GetMACAddressRange();
-  macs.SetMACRangeCount(n);
-  piece.SetMACAddressRange(macs);
-}
-
-EIPAddressTableItem TrimBack(const EIPAddressTableItem& row, unsigned int n) {
-  EIPAddressTableItem piece = row;
-  SetCounts(piece, row.GetIPAddressRange().GetIPAddress(), n);
-  return piece;
-}
-
-EIPAddressTableItem TrimFront(const EIPAddressTableItem& row, unsigned int f, unsigned int c,
-                              unsigned int n) {
-  const EIPAddress first = IPv4(f + c - n);
-  EMACAddress mac;
-  row.GetMACAddressFromIPAddress(first, mac);
-  EIPAddressTableItem piece = row;
-  EMACAddressRange macs = piece.GetMACAddressRange();
-  macs.SetMACAddress(mac);
-  piece.SetMACAddressRange(macs);
-  SetCounts(piece, first, n);
-  return piece;
-}
-
-void InsertIfNew(RowMap& rows, const EIPAddressTableItem& item) {
-  rows.try_emplace(item.GetIPAddressRange(), item);
-}
-
-EIPAddressTableItem InterfaceRow(const EInterfaceItem& item) {
-  const EIPv4AddressItem& ipv4 = item.GetIPv4AddressItem();
-  EIPAddressTableItem row;
-  SetCounts(row, ipv4.GetAddress(), 1);
-  EMACAddressRange macs = row.GetMACAddressRange();
-  macs.SetMACAddress(item.GetMacAddress());
-  row.SetMACAddressRange(macs);
-  EIPMaskedAddress network(ipv4.GetGateway());
-  network.SetMaskPrefixNumber(ipv4.GetMaskLength());
-  row.SetNetwork(network);
-  row.SetUseNetworkNumber(true);
-  row.SetGateway(ipv4.GetGateway());
-  row.SetOverrideDefaultGateway(true);
-  row.SetVLANIPAddressTableItemProperties(item.GetVLANItem());
-  return row;
-}
-
-void LiteralMerge(RowMap& rows, const EInterfaceTable& table) {
-  const EInterfaceTable::InterfaceItemList& list = table.GetInterfaceItemList();
-  for (auto entry = list.begin(); entry != list.end(); ++entry) {
-    const EInterfaceItem* item = list.GetItem(entry);
-    if (item == nullptr || !item->IsEnabled() || !item->GetIPv4AddressItem().IsEnabled()) continue;
-    const unsigned int a = HostOf(item->GetIPv4AddressItem().GetAddress());
-    if (a == 0) continue;
-    const EIPAddressTableItem host = InterfaceRow(*item);
-    for (auto row = rows.begin(); row != rows.end();) {
-      const unsigned int f = HostOf(row->first.GetIPAddress());
-      const unsigned int c = row->first.GetRangeCount();
-      if (a < f || !(a < f + c) || c == 0) {
-        ++row;
-        continue;
-      }
-      const unsigned int d = a - f;
-      const EIPAddressTableItem old = row->second;
-      row = rows.erase(row);
-      if (c == 1) continue;
-      if (d == 0) {
-        InsertIfNew(rows, TrimFront(old, f, c, c - 1));
-      } else if (d == c - 1) {
-        InsertIfNew(rows, TrimBack(old, c - 1));
-      } else {
-        InsertIfNew(rows, TrimBack(old, d));
-        InsertIfNew(rows, TrimFront(old, f, c, c - d - 1));
-      }
-    }
-    InsertIfNew(rows, host);
-  }
-}
+using RowMap = literal_merge::RowMap;
 
 // The working rows of one iteration: a copy of the table, for the library and for the
 // reference.
@@ -168,7 +70,7 @@ void Merge(EIPAddressTable& rows, const EInterfaceTable& interfaces) {
   rows.MergeWithInterfaceTable(interfaces);
 }
 void Merge(RowMap& rows, const EInterfaceTable& interfaces) {
-  LiteralMerge(rows, interfaces);
+  literal_merge::Merge(rows, interfaces, [](const EIPAddressTableItem& row) { return row; });
 }
 
 std::size_t CountOf(const EIPAddressTable& rows) {

@@ -1,6 +1,6 @@
 // The generic address table, the ARP entry, the IP address table and its merge of an interface
 // table. The merge is checked on worked cases and, on randomised tables, against the merge
-// written out step by step as it reads (LiteralMerge below).
+// written out step by step as it reads (literal_merge.h).
 #include "eIPAddressTable.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +17,7 @@
 #include "child_process.h"
 #include "eARPAddressTableItem.h"
 #include "eInterfaceTable.h"
+#include "literal_merge.h"
 #include "network_values.h"
 #include "reader_fuzz.h"
 
@@ -417,117 +418,20 @@ TEST(AddressTableReaders, SurviveArbitraryInput) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// The merge as it reads, written out step by step: for each usable interface in list order,
-// every row is visited in key order and the host is carved out of the rows that hold it; the
-// walk goes on with the row that followed a removed one, and rows are inserted only where no
-// row has their key.
-
-using RowMap = std::map<EIPAddressRange, EIPAddressTableItem>;
-
-unsigned int FirstFour(const EIPAddress& address) {
-  const unsigned char* bytes = address.GetAddress();
-  return (static_cast<unsigned int>(bytes[0]) << 24) | (static_cast<unsigned int>(bytes[1]) << 16) |
-         (static_cast<unsigned int>(bytes[2]) << 8) | bytes[3];
-}
-
-EIPAddress IPv4Of(unsigned int host) {
-  return V4(static_cast<unsigned char>(host >> 24), static_cast<unsigned char>(host >> 16),
-            static_cast<unsigned char>(host >> 8), static_cast<unsigned char>(host));
-}
-
-EIPAddressTableItem LiteralInterfaceRow(const EInterfaceItem& item) {
-  const EIPv4AddressItem& ipv4 = item.GetIPv4AddressItem();
-  EIPAddressTableItem row;
-  row.SetIPAddressRange(Range(ipv4.GetAddress(), 1));
-  EMACAddressRange macs;
-  macs.SetMACMode(0);
-  macs.SetMACAddress(item.GetMacAddress());
-  macs.SetMACRangeCount(1);
-  row.SetMACAddressRange(macs);
-  EIPMaskedAddress network(ipv4.GetGateway());
-  network.SetMaskPrefixNumber(ipv4.GetMaskLength());
-  row.SetNetwork(network);
-  row.SetUseNetworkNumber(true);
-  row.SetGateway(ipv4.GetGateway());
-  row.SetOverrideDefaultGateway(true);
-  row.SetVLANIPAddressTableItemProperties(item.GetVLANItem());
-  row.SetVPI(item.GetVPI());
-  row.SetVCI(item.GetVCI());
-  row.SetEncapsulation(
-      static_cast<eAtmEncapsulationMode>(static_cast<unsigned int>(item.GetEncapsulation())));
-  row.SetATMMode(static_cast<EIPAddressTableItem::ATMModeEnum>(item.GetATMMode() == 0 ? 0 : 1));
-  return InterfaceDerived(row);
-}
-
-EIPAddressTableItem TrimBack(const EIPAddressTableItem& row, unsigned int n) {
-  EIPAddressTableItem piece = row;
-  EIPAddressRange ip = piece.GetIPAddressRange();
-  ip.SetRangeCount(n);
-  piece.SetIPAddressRange(ip);
-  EMACAddressRange mac = piece.GetMACAddressRange();
-  mac.SetMACRangeCount(n);
-  piece.SetMACAddressRange(mac);
-  return piece;
-}
-
-EIPAddressTableItem TrimFront(const EIPAddressTableItem& row, unsigned int n) {
-  const EIPAddressRange old = row.GetIPAddressRange();
-  const EIPAddress first = IPv4Of(FirstFour(old.GetIPAddress()) + old.GetRangeCount() - n);
-  EMACAddress firstMAC;
-  row.GetMACAddressFromIPAddress(first, firstMAC);
-  EIPAddressTableItem piece = row;
-  EIPAddressRange ip = old;
-  ip.SetAddress(first);
-  ip.SetRangeCount(n);
-  piece.SetIPAddressRange(ip);
-  EMACAddressRange mac = piece.GetMACAddressRange();
-  mac.SetMACAddress(firstMAC);
-  mac.SetMACRangeCount(n);
-  piece.SetMACAddressRange(mac);
-  return piece;
-}
-
-void InsertIfNoEqualKey(RowMap& rows, const EIPAddressTableItem& item) {
-  if (rows.find(item.GetIPAddressRange()) == rows.end())
-    rows.emplace(item.GetIPAddressRange(), item);
-}
+// The merge as it reads (literal_merge.h), on a whole table.
+using literal_merge::FirstFour;
+using literal_merge::IPv4Of;
 
 void LiteralMerge(EIPAddressTable& table, const EInterfaceTable& interfaces) {
-  RowMap rows(table.Begin(), table.End());
-  const EInterfaceTable::InterfaceItemList& list = interfaces.GetInterfaceItemList();
-  for (auto entry = list.begin(); entry != list.end(); ++entry) {
-    const EInterfaceItem* item = list.GetItem(entry);
-    if (item == nullptr || !item->IsEnabled()) continue;
-    const EIPv4AddressItem& ipv4 = item->GetIPv4AddressItem();
-    if (!ipv4.IsEnabled() || FirstFour(ipv4.GetAddress()) == 0) continue;
-    const EIPAddressTableItem host = LiteralInterfaceRow(*item);
-    const unsigned int a = FirstFour(ipv4.GetAddress());
-    for (auto row = rows.begin(); row != rows.end();) {
-      const EIPAddressRange range = row->second.GetIPAddressRange();
-      const unsigned int f = FirstFour(range.GetIPAddress());
-      const unsigned int c = range.GetRangeCount();
-      if (a < f || !(a < f + c) || c == 0) {
-        ++row;
-        continue;
-      }
-      const unsigned int d = a - f;
-      const EIPAddressTableItem old = row->second;
-      row = rows.erase(row);
-      if (c == 1) continue;
-      if (d == 0) {
-        InsertIfNoEqualKey(rows, TrimFront(old, c - 1));
-      } else if (d == c - 1) {
-        InsertIfNoEqualKey(rows, TrimBack(old, c - 1));
-      } else {
-        InsertIfNoEqualKey(rows, TrimBack(old, d));
-        InsertIfNoEqualKey(rows, TrimFront(old, c - d - 1));
-      }
-    }
-    InsertIfNoEqualKey(rows, host);
-  }
+  literal_merge::RowMap rows(table.Begin(), table.End());
+  literal_merge::Merge(rows, interfaces, InterfaceDerived);
   table.Empty();
   for (const auto& row : rows)
     table.AddEntry(row.first, row.second);
+}
+
+EIPAddressTableItem LiteralInterfaceRow(const EInterfaceItem& item) {
+  return InterfaceDerived(literal_merge::InterfaceRow(item));
 }
 
 // ---------------------------------------------------------------------------------------------
