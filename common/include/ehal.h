@@ -49,6 +49,7 @@
 #include "eInterfaceTableHooks.h"
 #include "eIgnoreInterfaceTableHooks.h"
 #include "eMultipleInterfaceTableHooks.h"
+#include "eIPLookupInterfaceTableHooks.h"
 
 // Protocol statistics
 #include "eStatsRecord.h"
