@@ -13,6 +13,7 @@
 
 #include "eIPAddressTable.h"
 #include "eInterfaceTable.h"
+#include "ipv4_host.h"
 
 namespace {
 
@@ -25,18 +26,9 @@ unsigned int HostOf(const EIPAddress& address) {
          (static_cast<unsigned int>(bytes[2]) << 8) | bytes[3];
 }
 
-EIPAddress IPv4(unsigned int host) {
-  const unsigned char bytes[4] = {
-      static_cast<unsigned char>(host >> 24), static_cast<unsigned char>(host >> 16),
-      static_cast<unsigned char>(host >> 8), static_cast<unsigned char>(host)};
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv4Address);
-  return address;
-}
-
 EIPAddressRange Hosts(unsigned int first, unsigned int count) {
   EIPAddressRange range;
-  range.SetAddress(IPv4(first));
+  range.SetAddress(IPv4Host(first));
   range.SetRangeCount(count);
   return range;
 }
@@ -61,7 +53,7 @@ EInterfaceTable Interfaces(unsigned int n) {
   item.GetIPv4AddressItem().SetEnabled(true);
   item.GetIPv4AddressItem().SetMaskLength(24);
   for (unsigned int i = 0; i < n; ++i) {
-    item.GetIPv4AddressItem().SetAddress(IPv4(kFirstHost + i * kHostsPerRow + 4));
+    item.GetIPv4AddressItem().SetAddress(IPv4Host(kFirstHost + i * kHostsPerRow + 4));
     table.AddInterfaceItem(item);
   }
   return table;
@@ -91,7 +83,7 @@ EIPAddressTableItem TrimBack(const EIPAddressTableItem& row, unsigned int n) {
 
 EIPAddressTableItem TrimFront(const EIPAddressTableItem& row, unsigned int f, unsigned int c,
                               unsigned int n) {
-  const EIPAddress first = IPv4(f + c - n);
+  const EIPAddress first = IPv4Host(f + c - n);
   EMACAddress mac;
   row.GetMACAddressFromIPAddress(first, mac);
   EIPAddressTableItem piece = row;
