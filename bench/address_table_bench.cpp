@@ -20,11 +20,9 @@ namespace {
 constexpr unsigned int kHostsPerRow = 10;
 constexpr unsigned int kFirstHost = 0x0A000001;  // 10.0.0.1
 
-using literal_merge::IPv4Of;
-
 EIPAddressRange Hosts(unsigned int first, unsigned int count) {
   EIPAddressRange range;
-  range.SetAddress(IPv4Of(first));
+  range.SetAddress(IPv4Host(first));
   range.SetRangeCount(count);
   return range;
 }
@@ -49,7 +47,7 @@ EInterfaceTable Interfaces(unsigned int n) {
   item.GetIPv4AddressItem().SetEnabled(true);
   item.GetIPv4AddressItem().SetMaskLength(24);
   for (unsigned int i = 0; i < n; ++i) {
-    item.GetIPv4AddressItem().SetAddress(IPv4Of(kFirstHost + i * kHostsPerRow + 4));
+    item.GetIPv4AddressItem().SetAddress(IPv4Host(kFirstHost + i * kHostsPerRow + 4));
     table.AddInterfaceItem(item);
   }
   return table;

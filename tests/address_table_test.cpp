@@ -420,7 +420,6 @@ TEST(AddressTableReaders, SurviveArbitraryInput) {
 // ---------------------------------------------------------------------------------------------
 // The merge as it reads (literal_merge.h), on a whole table.
 using literal_merge::FirstFour;
-using literal_merge::IPv4Of;
 
 void LiteralMerge(EIPAddressTable& table, const EInterfaceTable& interfaces) {
   literal_merge::RowMap rows(table.Begin(), table.End());
@@ -691,7 +690,7 @@ class RandomTables {
       item.SetEnabled(Below(8) != 0);
       item.GetIPv4AddressItem().SetEnabled(Below(8) != 0);
       item.GetIPv4AddressItem().SetMaskLength(Below(40));
-      item.GetIPv4AddressItem().SetGateway(IPv4Of(Host()));
+      item.GetIPv4AddressItem().SetGateway(IPv4Host(Host()));
       item.SetVPI(Below(4));
       item.SetVCI(Below(100));
       item.SetEncapsulation(static_cast<int>(Below(3)) - 1);
@@ -733,7 +732,7 @@ class RandomTables {
 
   // IPv4 mostly; sometimes IPv6 or another family with the host in the first four bytes.
   EIPAddress Address(unsigned int host) {
-    EIPAddress address = IPv4Of(host);
+    EIPAddress address = IPv4Host(host);
     if (Below(5) != 0) return address;
     unsigned char bytes[16] = {};
     for (unsigned char& byte : bytes)
@@ -764,7 +763,7 @@ class RandomTables {
     row.SetIPAddressRange(Range(Address(Host()), Count()));
     row.SetMACAddressRange(MACRange(RandomMAC(), Count(), static_cast<int>(Below(3))));
     row.SetVPI(Below(5));
-    row.SetGateway(IPv4Of(Host()));
+    row.SetGateway(IPv4Host(Host()));
     row.SetReserveForPCPU(Below(2) == 0);
     if (Below(3) == 0) row.SetVLANIPAddressTableItemProperties(Tags());
     return row;

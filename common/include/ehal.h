@@ -45,6 +45,12 @@
 #include "eInterfaceTable.h"
 #include "eInterfaceConfigRecords.h"
 
+// Interface-table hooks
+#include "eInterfaceTableHooks.h"
+#include "eIgnoreInterfaceTableHooks.h"
+#include "eMultipleInterfaceTableHooks.h"
+#include "eIPLookupInterfaceTableHooks.h"
+
 // Protocol statistics
 #include "eStatsRecord.h"
 #include "eARPStats.h"

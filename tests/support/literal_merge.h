@@ -9,6 +9,7 @@
 
 #include "eIPAddressTable.h"
 #include "eInterfaceTable.h"
+#include "ipv4_host.h"
 
 namespace literal_merge {
 
@@ -19,15 +20,6 @@ inline unsigned int FirstFour(const EIPAddress& address) {
   const unsigned char* bytes = address.GetAddress();
   return (static_cast<unsigned int>(bytes[0]) << 24) | (static_cast<unsigned int>(bytes[1]) << 16) |
          (static_cast<unsigned int>(bytes[2]) << 8) | bytes[3];
-}
-
-inline EIPAddress IPv4Of(unsigned int host) {
-  const unsigned char bytes[4] = {
-      static_cast<unsigned char>(host >> 24), static_cast<unsigned char>(host >> 16),
-      static_cast<unsigned char>(host >> 8), static_cast<unsigned char>(host)};
-  EIPAddress address;
-  address.SetAddress(bytes, eIPv4Address);
-  return address;
 }
 
 // The row of one host that an interface becomes (without the interface-derived flag, which has
@@ -74,7 +66,7 @@ inline EIPAddressTableItem TrimBack(const EIPAddressTableItem& row, unsigned int
 // The last `n` hosts of a row, with the MAC address the row gives its new first host.
 inline EIPAddressTableItem TrimFront(const EIPAddressTableItem& row, unsigned int n) {
   const EIPAddressRange old = row.GetIPAddressRange();
-  const EIPAddress first = IPv4Of(FirstFour(old.GetIPAddress()) + old.GetRangeCount() - n);
+  const EIPAddress first = IPv4Host(FirstFour(old.GetIPAddress()) + old.GetRangeCount() - n);
   EMACAddress firstMAC;
   row.GetMACAddressFromIPAddress(first, firstMAC);
   EIPAddressTableItem piece = row;
