@@ -285,6 +285,20 @@ TEST(EArchive, AppendGrowsByDoubling) {
   EXPECT_EQ(archive.GetAsEBlob().GetSize(), 13u);
 }
 
+TEST(EArchive, GrowthKeepsEveryByteAcrossManyDoublings) {
+  EArchive archive = StoringArchive();
+  std::string expected;
+  for (unsigned int n = 0; n < 100000; ++n) {
+    archive << n * 40503u;
+    expected += std::to_string(n * 40503u) + ' ';
+  }
+  EXPECT_EQ(ArchiveBytes(archive), expected);
+  const unsigned int capacity = archive.GetAsEBlob().GetCapacity();
+  EXPECT_EQ(capacity & (capacity - 1), 0u);  // doubled from 1
+  EXPECT_GE(capacity, expected.size());
+  EXPECT_LT(capacity / 2, expected.size());
+}
+
 TEST(EArchive, WritePositionBeyondTheSizeRestartsAtZero) {
   EArchive archive = StoringArchive();
   archive << 123u;

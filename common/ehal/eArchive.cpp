@@ -58,7 +58,7 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
     return;
   }
   const unsigned int n = blob.GetSize();
-  m_Buffer.SetSize(terminate ? n + 1 : n, false);
+  m_Buffer.Grow(terminate ? n + 1 : n, false);
   if (n > 0) std::memcpy(m_Buffer.m_Data, blob.GetData(), n);
   m_Buffer.m_Size = n;
   if (terminate) {
@@ -78,8 +78,7 @@ unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length)
     std::uint64_t capacity = m_Buffer.m_Capacity == 0 ? 1 : std::uint64_t{m_Buffer.m_Capacity} * 2;
     while (capacity < end)
       capacity *= 2;
-    m_Buffer.SetSize(static_cast<unsigned int>(std::min<std::uint64_t>(capacity, UINT32_MAX)),
-                     true);
+    m_Buffer.Grow(static_cast<unsigned int>(std::min<std::uint64_t>(capacity, UINT32_MAX)), true);
   }
   if (m_Buffer.m_Size < end) m_Buffer.m_Size = static_cast<unsigned int>(end);
   m_WritePosition = static_cast<unsigned int>(end);
@@ -255,7 +254,7 @@ EArchive& EArchive::ReadBlob(EBlob& blob) {
   // A position beyond the end restarts at 0, as for strings, so the clamp below cannot wrap.
   if (m_ReadPosition > size) m_ReadPosition = 0;
   length = std::min(length, size - m_ReadPosition);
-  blob.SetSize(length, false);
+  blob.Grow(length, false);
   if (length > 0) std::memmove(blob.m_Data, m_Buffer.m_Data + m_ReadPosition, length);
   blob.m_Size = length;
   m_ReadPosition += length;
