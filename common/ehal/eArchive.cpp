@@ -90,33 +90,17 @@ void EArchive::Append(unsigned int length, const unsigned char* bytes) {
   if (length > 0) std::memcpy(out, bytes, length);
 }
 
-template <typename Unsigned>
-EArchive& EArchive::WriteDecimal(Unsigned value) {
-  const unsigned int digits = eHal::detail::DigitCount(value);
-  unsigned char* const out = Reserve(digits + 1);
-  eHal::detail::WriteDigitsBackwards(value, out + digits);
-  out[digits] = ' ';
+template <typename Number>
+EArchive& EArchive::AppendNumber(Number value) {
+  unsigned char text[eHal::detail::kLongestNumberText];
+  const unsigned char* const end = eHal::detail::WriteNumberText(text, value);
+  Append(static_cast<unsigned int>(end - text), text);
   return *this;
 }
 
-EArchive& EArchive::WriteUnsignedInt(unsigned int value) {
-  return WriteDecimal(std::uint32_t{value});
-}
-
-EArchive& EArchive::WriteSignedInt(int value) {
-  if (value >= 0) return WriteUnsignedInt(static_cast<unsigned int>(value));
-  const unsigned int magnitude = 0u - static_cast<unsigned int>(value);
-  const unsigned int digits = eHal::detail::DigitCount(std::uint32_t{magnitude});
-  unsigned char* const out = Reserve(digits + 2);
-  out[0] = '-';
-  eHal::detail::WriteDigitsBackwards(magnitude, out + 1 + digits);
-  out[digits + 1] = ' ';
-  return *this;
-}
-
-EArchive& EArchive::WriteUnsigned64Int(unsigned long value) {
-  return WriteDecimal(std::uint64_t{value});
-}
+template EArchive& EArchive::AppendNumber(std::uint32_t);
+template EArchive& EArchive::AppendNumber(std::int32_t);
+template EArchive& EArchive::AppendNumber(std::uint64_t);
 
 EArchive& EArchive::operator<<(const std::string& value) {
   WriteUnsigned64Int(value.size());
