@@ -285,6 +285,20 @@ TEST(EArchive, AppendGrowsByDoubling) {
   EXPECT_EQ(archive.GetAsEBlob().GetSize(), 13u);
 }
 
+TEST(EArchive, GrowthKeepsEveryByteAcrossManyDoublings) {
+  EArchive archive = StoringArchive();
+  std::string expected;
+  for (unsigned int n = 0; n < 100000; ++n) {
+    archive << n * 40503u;
+    expected += std::to_string(n * 40503u) + ' ';
+  }
+  EXPECT_EQ(ArchiveBytes(archive), expected);
+  const unsigned int capacity = archive.GetAsEBlob().GetCapacity();
+  EXPECT_EQ(capacity & (capacity - 1), 0u);  // doubled from 1
+  EXPECT_GE(capacity, expected.size());
+  EXPECT_LT(capacity / 2, expected.size());
+}
+
 TEST(EArchive, WritePositionBeyondTheSizeRestartsAtZero) {
   EArchive archive = StoringArchive();
   archive << 123u;
@@ -444,6 +458,13 @@ namespace {
 
 // Every number reader gives what the tokeniser's text accumulates to, and leaves the read
 // position where the tokeniser leaves it, whatever the bytes.
+unsigned int Accumulate(const char* text, unsigned int length) {
+  unsigned int value = 0;
+  for (unsigned int i = 0; i < length; ++i)
+    value = value * 10 + static_cast<unsigned int>(text[i] - '0');
+  return value;
+}
+
 TEST(EArchive, NumberReadersAgreeWithTheTokeniserText) {
   std::mt19937_64 generator(4242);
   for (int round = 0; round < 3000; ++round) {
@@ -457,10 +478,7 @@ TEST(EArchive, NumberReadersAgreeWithTheTokeniserText) {
     for (int step = 0; step < 12; ++step) {
       char text[EArchive::kNumberTextCapacity];
       const unsigned int length = byText.BufferNumberText(text, sizeof text);
-      unsigned int expected = 0;
-      for (unsigned int i = 0; i < length; ++i) {
-        expected = expected * 10 + static_cast<unsigned int>(text[i] - '0');
-      }
+      const unsigned int expected = Accumulate(text, length);
       const bool negative = length > 0 && text[0] == '-';
       unsigned int magnitude = 0;
       for (unsigned int i = negative ? 1 : 0; i < length; ++i) {
@@ -485,6 +503,63 @@ TEST(EArchive, DigitsBeyondTheSizeAreNotPartOfTheToken) {
   ASSERT_GE(archive.GetAsEBlob().GetCapacity(), 30u);
   EXPECT_EQ(archive.ReadUnsignedInt(), 42u);
   EXPECT_EQ(archive.GetReadPosition(), 3u);
+}
+
+// Tokens of every length from 1 to 17 digits, ended by a blank, a '-', a letter, a line feed or
+// a zero byte, deep inside a buffer and within its last sixteen bytes.
+TEST(EArchive, EveryTokenLengthAndDelimiterReadsAsTheTokeniserText) {
+  const std::string digits = "98765432109876543";
+  for (std::size_t length = 1; length <= digits.size(); ++length) {
+    for (const char delimiter : std::string("- x\n", 4) + '\0') {
+      for (const std::size_t tail : {0, 3, 40}) {
+        const std::string bytes =
+            digits.substr(0, length) + delimiter + "5 " + std::string(tail, ' ');
+        EArchive byText = LoadingArchive(bytes);
+        EArchive byNumber = LoadingArchive(bytes);
+        for (int step = 0; step < 3; ++step) {
+          char text[EArchive::kNumberTextCapacity];
+          const unsigned int count = byText.BufferNumberText(text, sizeof text);
+          ASSERT_EQ(byNumber.ReadUnsignedInt(), Accumulate(text, count)) << bytes;
+          ASSERT_EQ(byNumber.GetReadPosition(), byText.GetReadPosition()) << bytes;
+        }
+      }
+    }
+  }
+}
+
+// Every digit count of 32- and 64-bit numbers, at both ends, as printf writes them.
+TEST(EArchive, NumberWritersMatchPrintfAtEveryDigitCount) {
+  std::vector<unsigned long> values = {0, UINT_MAX, ULONG_MAX};
+  for (unsigned long power = 10;; power *= 10) {
+    values.insert(values.end(), {power - 1, power, power + 1});
+    if (power > ULONG_MAX / 10) break;
+  }
+  for (const unsigned long wide : values) {
+    const auto narrow = static_cast<unsigned int>(wide);
+    const auto signedValue = static_cast<int>(narrow);
+    const auto negated = static_cast<int>(0u - narrow);
+    char expected[80];
+    std::snprintf(expected, sizeof expected, "%u %d %d %lu ", narrow, signedValue, negated, wide);
+    EArchive archive = StoringArchive();
+    archive << narrow << signedValue << negated << wide;
+    EXPECT_EQ(ArchiveBytes(archive), expected);
+  }
+}
+
+// A number that fits the allocation exactly is written without growing it, near its end too.
+TEST(EArchive, NumberAtTheEndOfTheAllocationDoesNotGrowIt) {
+  EArchive archive = StoringArchive();
+  archive << 12u;  // "12 ": capacity 1 -> 4
+  ASSERT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
+  archive.Empty();
+  archive << 123u;
+  EXPECT_EQ(ArchiveBytes(archive), "123 ");
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
+  archive << 4294967295u;  // 15 bytes: 4 -> 8 -> 16
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 16u);
+  archive << 0u;  // 17 bytes: 16 -> 32
+  EXPECT_EQ(ArchiveBytes(archive), "123 4294967295 0 ");
+  EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 32u);
 }
 
 TEST(EArchive, LongAndSignedTokensInsideALargeBuffer) {

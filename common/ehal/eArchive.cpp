@@ -58,7 +58,7 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
     return;
   }
   const unsigned int n = blob.GetSize();
-  m_Buffer.SetSize(terminate ? n + 1 : n, false);
+  m_Buffer.Grow(terminate ? n + 1 : n, false);
   if (n > 0) std::memcpy(m_Buffer.m_Data, blob.GetData(), n);
   m_Buffer.m_Size = n;
   if (terminate) {
@@ -78,8 +78,7 @@ unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length)
     std::uint64_t capacity = m_Buffer.m_Capacity == 0 ? 1 : std::uint64_t{m_Buffer.m_Capacity} * 2;
     while (capacity < end)
       capacity *= 2;
-    m_Buffer.SetSize(static_cast<unsigned int>(std::min<std::uint64_t>(capacity, UINT32_MAX)),
-                     true);
+    m_Buffer.Grow(static_cast<unsigned int>(std::min<std::uint64_t>(capacity, UINT32_MAX)), true);
   }
   if (m_Buffer.m_Size < end) m_Buffer.m_Size = static_cast<unsigned int>(end);
   m_WritePosition = static_cast<unsigned int>(end);
@@ -91,33 +90,17 @@ void EArchive::Append(unsigned int length, const unsigned char* bytes) {
   if (length > 0) std::memcpy(out, bytes, length);
 }
 
-template <typename Unsigned>
-EArchive& EArchive::WriteDecimal(Unsigned value) {
-  const unsigned int digits = eHal::detail::DigitCount(value);
-  unsigned char* const out = Reserve(digits + 1);
-  eHal::detail::WriteDigitsBackwards(value, out + digits);
-  out[digits] = ' ';
+template <typename Number>
+EArchive& EArchive::AppendNumber(Number value) {
+  unsigned char text[eHal::detail::kLongestNumberText];
+  const unsigned char* const end = eHal::detail::WriteNumberText(text, value);
+  Append(static_cast<unsigned int>(end - text), text);
   return *this;
 }
 
-EArchive& EArchive::WriteUnsignedInt(unsigned int value) {
-  return WriteDecimal(std::uint32_t{value});
-}
-
-EArchive& EArchive::WriteSignedInt(int value) {
-  if (value >= 0) return WriteUnsignedInt(static_cast<unsigned int>(value));
-  const unsigned int magnitude = 0u - static_cast<unsigned int>(value);
-  const unsigned int digits = eHal::detail::DigitCount(std::uint32_t{magnitude});
-  unsigned char* const out = Reserve(digits + 2);
-  out[0] = '-';
-  eHal::detail::WriteDigitsBackwards(magnitude, out + 1 + digits);
-  out[digits + 1] = ' ';
-  return *this;
-}
-
-EArchive& EArchive::WriteUnsigned64Int(unsigned long value) {
-  return WriteDecimal(std::uint64_t{value});
-}
+template EArchive& EArchive::AppendNumber(std::uint32_t);
+template EArchive& EArchive::AppendNumber(std::int32_t);
+template EArchive& EArchive::AppendNumber(std::uint64_t);
 
 EArchive& EArchive::operator<<(const std::string& value) {
   WriteUnsigned64Int(value.size());
@@ -255,7 +238,7 @@ EArchive& EArchive::ReadBlob(EBlob& blob) {
   // A position beyond the end restarts at 0, as for strings, so the clamp below cannot wrap.
   if (m_ReadPosition > size) m_ReadPosition = 0;
   length = std::min(length, size - m_ReadPosition);
-  blob.SetSize(length, false);
+  blob.Grow(length, false);
   if (length > 0) std::memmove(blob.m_Data, m_Buffer.m_Data + m_ReadPosition, length);
   blob.m_Size = length;
   m_ReadPosition += length;

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "eArchive.h"
@@ -16,10 +18,13 @@ bool IsHexDigit(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
 }
 
-// Allocations are zeroed so that reserved bytes, which GetAt and Memset may reach, never hold
-// stale memory.
+// Allocations come from the C allocator so that the archive's growth can extend them in place
+// (see EBlob::Grow). Those made here are zeroed, so that reserved bytes, which GetAt and Memset
+// may reach, never hold stale memory.
 unsigned char* Allocate(unsigned int n) {
-  return new unsigned char[n]();
+  void* const data = std::calloc(n, 1);
+  if (data == nullptr) throw std::bad_alloc();
+  return static_cast<unsigned char*>(data);
 }
 
 void AppendHexByte(std::string& text, unsigned char byte) {
@@ -63,7 +68,7 @@ void EBlob::Copy(const EBlob& other) {
 }
 
 void EBlob::FreeBuf() {
-  delete[] m_Data;
+  std::free(m_Data);
   m_Data = nullptr;
 }
 
@@ -84,8 +89,20 @@ void EBlob::SetSize(unsigned int n, bool keep) {
   if (n <= Room()) return;
   unsigned char* const data = Allocate(n);
   if (m_Size > 0) std::memcpy(data, m_Data, m_Size);
-  delete[] m_Data;
+  std::free(m_Data);
   m_Data = data;
+  m_Capacity = n;
+}
+
+void EBlob::Grow(unsigned int n, bool keep) {
+  m_Size = keep ? std::min(m_Size, n) : 0;
+  if (n <= Room()) return;
+  if (!keep) FreeBuf();
+  // Growing keeps the old bytes; realloc may extend the allocation where it lies, which spares
+  // the copy and, more importantly, touching (and faulting in) fresh memory on every doubling.
+  void* const data = std::realloc(m_Data, n);
+  if (data == nullptr) throw std::bad_alloc();
+  m_Data = static_cast<unsigned char*>(data);
   m_Capacity = n;
 }
 
@@ -171,7 +188,7 @@ void EBlob::ForceSize(unsigned int n) {
   }
   unsigned char* const data = Allocate(n);
   if (m_Size > 0) std::memcpy(data + (n - m_Size), m_Data, m_Size);
-  delete[] m_Data;
+  std::free(m_Data);
   m_Data = data;
   m_Size = n;
   m_Capacity = n;

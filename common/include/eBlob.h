@@ -110,6 +110,9 @@ class EBlob {
 
   // Append when the allocation must first grow to the exact size needed.
   bool AppendGrowing(const EBlob& other);
+  // SetSize for a writer that fills the reserved bytes before its size covers them (the
+  // archive): the bytes added are left uninitialised rather than zeroed.
+  void Grow(unsigned int n, bool keep);
 
   // Bytes actually usable: the capacity, or 0 when there is no allocation.
   unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }

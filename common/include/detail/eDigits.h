@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 
 #include "ePortability.h"
 
@@ -40,39 +41,88 @@ inline unsigned int DigitCount(std::uint32_t value) {
   return guess + ((value | 1) >= kPowersOfTen[guess] ? 1 : 0);
 }
 
-inline unsigned int DigitCount(std::uint64_t value) {
-  if (value <= UINT32_MAX) return DigitCount(static_cast<std::uint32_t>(value));
-  unsigned int count = 10;
-  for (value /= 10000000000u; value != 0; value /= 10)
-    ++count;
-  return count;
+// Decimal digits without a division per digit. `value` times a rounded-up 2^32 / 10^k is a
+// fixed-point number whose integer part (bits 32 and up) is value / 10^k, the leading one or two
+// digits, and whose 32-bit fraction is the rest; each multiplication of the fraction by 100 then
+// moves the next two digits into the integer part. The rounding error of the constants stays
+// below one in the last pair for every 32-bit value (checked over all of them), so the digits are
+// exact. Above 10^6 the constant carries 16 or 25 more bits, shifted out again after the product;
+// one is added after the shift so that the bits it drops never leave the fraction short.
+
+// Copies the two digits of `pair` (0 to 99) to `out`.
+template <typename Char>
+void WritePair(Char* out, std::uint32_t pair) {
+  std::memcpy(out, kDigitPairs + 2 * pair, 2);
 }
 
-// Writes the decimal digits of `value` so that they end just before `end`, two at a time.
-template <typename Unsigned, typename Char>
-void WriteDigitsBackwards(Unsigned value, Char* end) {
-  while (value >= 100) {
-    const unsigned int pair = static_cast<unsigned int>(value % 100) * 2;
-    value /= 100;
-    end -= 2;
-    end[0] = static_cast<Char>(kDigitPairs[pair]);
-    end[1] = static_cast<Char>(kDigitPairs[pair + 1]);
-  }
-  if (value >= 10) {
-    const unsigned int pair = static_cast<unsigned int>(value) * 2;
-    end[-2] = static_cast<Char>(kDigitPairs[pair]);
-    end[-1] = static_cast<Char>(kDigitPairs[pair + 1]);
+// Writes the integer part of `fixed` (1 to 99) as one or two digits, then `Pairs` more pairs
+// from its fraction; returns the position after them.
+template <unsigned int Pairs, typename Char>
+Char* WriteFixedPoint(Char* out, std::uint64_t fixed) {
+  const auto head = static_cast<std::uint32_t>(fixed >> 32);
+  if (head < 10) {
+    *out++ = static_cast<Char>('0' + head);
   } else {
-    end[-1] = static_cast<Char>('0' + value);
+    WritePair(out, head);
+    out += 2;
   }
+  for (unsigned int i = 0; i < Pairs; ++i, out += 2) {
+    fixed = std::uint64_t{static_cast<std::uint32_t>(fixed)} * 100;
+    WritePair(out, static_cast<std::uint32_t>(fixed >> 32));
+  }
+  return out;
 }
 
 // Writes the decimal digits of `value` (no leading zeros, "0" for zero) at `out` and returns the
-// position after them. At most 10 characters.
+// position after them; at most 10 characters.
+template <typename Char>
+Char* WriteDigits(Char* out, std::uint32_t value) {
+  if (value < 100) {
+    if (value < 10) {
+      *out = static_cast<Char>('0' + value);
+      return out + 1;
+    }
+    WritePair(out, value);
+    return out + 2;
+  }
+  const std::uint64_t wide = value;
+  if (value < 10000) return WriteFixedPoint<1>(out, wide * 42949673);                     // / 10^2
+  if (value < 1000000) return WriteFixedPoint<2>(out, wide * 429497);                     // / 10^4
+  if (value < 100000000) return WriteFixedPoint<3>(out, ((wide * 281474977) >> 16) + 1);  // / 10^6
+  return WriteFixedPoint<4>(out, ((wide * 1441151881) >> 25) + 1);                        // / 10^8
+}
+
+// Writes exactly eight digits of `value` (below 10^8), with leading zeros.
+template <typename Char>
+Char* WriteEightDigits(Char* out, std::uint32_t value) {
+  std::uint64_t fixed = ((std::uint64_t{value} * 281474977) >> 16) + 1;  // / 10^6
+  WritePair(out, static_cast<std::uint32_t>(fixed >> 32));
+  for (unsigned int i = 1; i < 4; ++i) {
+    fixed = std::uint64_t{static_cast<std::uint32_t>(fixed)} * 100;
+    WritePair(out + 2 * i, static_cast<std::uint32_t>(fixed >> 32));
+  }
+  return out + 8;
+}
+
+// 64-bit form: at most 20 characters.
+template <typename Char>
+Char* WriteDigits(Char* out, std::uint64_t value) {
+  if (value <= UINT32_MAX) return WriteDigits(out, static_cast<std::uint32_t>(value));
+  constexpr std::uint64_t kEight = 100000000;
+  const std::uint64_t high = value / kEight;
+  const auto low = static_cast<std::uint32_t>(value % kEight);
+  if (high <= UINT32_MAX) {
+    out = WriteDigits(out, static_cast<std::uint32_t>(high));
+  } else {
+    out = WriteDigits(out, static_cast<std::uint32_t>(high / kEight));
+    out = WriteEightDigits(out, static_cast<std::uint32_t>(high % kEight));
+  }
+  return WriteEightDigits(out, low);
+}
+
+// The same for char text.
 inline char* WriteDecimal(char* out, std::uint32_t value) {
-  const unsigned int digits = DigitCount(value);
-  WriteDigitsBackwards(value, out + digits);
-  return out + digits;
+  return WriteDigits(out, value);
 }
 
 }  // namespace eHal::detail
