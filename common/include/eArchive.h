@@ -201,6 +201,29 @@ inline std::uint32_t SpellDigits(std::uint64_t values, unsigned int count) {
   return static_cast<std::uint32_t>(v * 10000 + (v >> 32));
 }
 
+// The value of a digit character; above 9 for any other byte.
+inline unsigned int DigitValue(unsigned char c) {
+  return static_cast<unsigned int>(c) - unsigned{'0'};
+}
+
+// Takes up to four leading digits of `first` into `value`; returns how many it took. Written out
+// rather than as a loop so that every optimisation level gets straight-line code whose branches
+// the processor predicts for numbers of similar length.
+inline unsigned int TakeUpToFourDigits(const unsigned char* first, std::uint32_t& value) {
+  value = DigitValue(first[0]);
+  if (value > 9) return 0;
+  const unsigned int second = DigitValue(first[1]);
+  if (second > 9) return 1;
+  value = value * 10 + second;
+  const unsigned int third = DigitValue(first[2]);
+  if (third > 9) return 2;
+  value = value * 10 + third;
+  const unsigned int fourth = DigitValue(first[3]);
+  if (fourth > 9) return 3;
+  value = value * 10 + fourth;
+  return 4;
+}
+
 }  // namespace eHal::detail
 
 // Fast path for the common token: up to fifteen plain digits at the read position, ended by a
@@ -217,15 +240,10 @@ inline unsigned int EArchive::ReadUnsignedInt() {
     return ReadUnsignedIntSlow();
   }
   const unsigned char* const first = m_Buffer.m_Data + position;
-  std::uint32_t value = 0;
-  unsigned int count = 0;
-  for (; count < 4; ++count) {
-    const unsigned int digit = first[count] - unsigned{'0'};
-    if (digit > 9) break;
-    value = value * 10 + digit;
-  }
+  std::uint32_t value;
+  unsigned int count = TakeUpToFourDigits(first, value);
   if (count == 0) return ReadUnsignedIntSlow();
-  if (count == 4 && first[4] - unsigned{'0'} <= 9) {
+  if (count == 4 && DigitValue(first[4]) <= 9) {
     std::uint64_t values;
     count = LeadingDigits(LoadEight(first), values);
     if (count < 8) {
