@@ -9,6 +9,7 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eRecord.h"
+#include "eRecordRegistry.h"
 #include "eStringList.h"
 
 // Network value types
