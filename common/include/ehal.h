@@ -10,6 +10,7 @@
 #include "eArchive.h"
 #include "eRecord.h"
 #include "eRecordRegistry.h"
+#include "eRecordValue.h"
 #include "eStringList.h"
 
 // Network value types
