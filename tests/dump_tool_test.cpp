@@ -62,7 +62,7 @@ eHal::EPRBS StartCapture() {
 
 const char kStartCaptureText[] =
     "eHal::EPRBS\n"
-    "Signature = 0x11334358\n"
+    "Signature = 288572248 (0x11334358)\n"
     "ClientMessageId = 1\n"
     "ExtraId = 0\n"
     "RequestType = 3\n"
@@ -214,7 +214,7 @@ TEST(DumpTool, DecodesAnEnvelopeAndItsPayload) {
   WriteFile(file, StartCaptureMessage());
   const ToolRun run = RunTool("--envelope eHal::EMessage --payload eHal::EPRBS '" + file + "'");
   EXPECT_EQ(run.status, 0);
-  const std::string envelope = "eHal::EMessage\nSignature = 0x3\n";
+  const std::string envelope = "eHal::EMessage\nSignature = 3 (0x3)\n";
   EXPECT_EQ(run.out.substr(0, envelope.size()), envelope);
   const std::string payload = std::string("payload: ") + kStartCaptureText;
   ASSERT_GE(run.out.size(), payload.size());

@@ -33,12 +33,12 @@ EMessage SampleMessage() {
 
 TEST(RecordValue, PrintsOneFieldPerLineWithNestedRecordsIndented) {
   EXPECT_EQ(ERecordValue::Of(SampleMessage()).ToText(),
-            "Signature = 0x3\n"
+            "Signature = 3 (0x3)\n"
             "MessagePortCount = 1\n"
             "MessagePortId = 7\n"
             "Destination = 1\n"
             "ClientID = {\n"
-            "  Signature = 0x45980022\n"
+            "  Signature = 1167589410 (0x45980022)\n"
             "  MajorID = \"g\\\"u\\\\i\\n\\x01\"\n"
             "  MinorID = -2\n"
             "}\n"
@@ -51,19 +51,20 @@ TEST(RecordValue, PrintsListsAndTheirItems) {
   list.Add("a");
   list.Add("bc");
   EXPECT_EQ(ERecordValue::Of(list).ToText(),
-            "Signature = 0x11180000\n"
+            "Signature = 286785536 (0x11180000)\n"
             "Items = [\n"
             "  \"a\"\n"
             "  \"bc\"\n"
             "]\n");
-  EXPECT_EQ(ERecordValue::Of(EStringList()).ToText(), "Signature = 0x11180000\nItems = []\n");
+  EXPECT_EQ(ERecordValue::Of(EStringList()).ToText(),
+            "Signature = 286785536 (0x11180000)\nItems = []\n");
 
   EUniqueIDGenerator generator;
   generator.ReserveID(3);
   EXPECT_EQ(ERecordValue::Of(generator).ToText(),
-            "Signature = 0x1101001\n"
+            "Signature = 17829889 (0x1101001)\n"
             "LastId = 3\n"
-            "FreeRanges = [\n"
+            "FreeRanges = zero-ended [\n"
             "  {\n"
             "    First = 1\n"
             "    Last = 2\n"

@@ -114,6 +114,8 @@ void ERecordValue::AppendText(std::string& text, unsigned int indent) const {
     return;
   }
   const bool isList = kind == Kind::kList;
+  if (isList && wire == EWire::kNone) text += "fixed ";
+  if (isList && wire == EWire::kZeroEnded) text += "zero-ended ";
   text.push_back(isList ? '[' : '{');
   if (!items.empty()) {
     text.push_back('\n');
@@ -127,12 +129,12 @@ void ERecordValue::AppendText(std::string& text, unsigned int indent) const {
 void ERecordValue::AppendScalar(std::string& text) const {
   switch (kind) {
     case Kind::kNumber:
+      text += IsSigned() ? std::to_string(Signed()) : std::to_string(number);
       if (name == "Signature") {
         char hex[8];
-        text += "0x";
+        text += " (0x";
         text.append(hex, eHal::detail::WriteUpperHex(hex, static_cast<unsigned int>(number)));
-      } else {
-        text += IsSigned() ? std::to_string(Signed()) : std::to_string(number);
+        text += ")";
       }
       return;
     case Kind::kText:

@@ -42,9 +42,10 @@ class ERecordValue {
   // and bytes, a blob in its own form, a list's count (as its form says) and items.
   void Write(EArchive& archive) const;
   // The fields of a record, one per line as "name = value"; nested records and lists open with
-  // "{" or "[" and list their contents indented by two more blanks. Numbers are decimal (signed
-  // for the signed forms, a signature in hex), texts quoted with C escapes, blobs hex in angle
-  // brackets.
+  // "{" or "[" and list their contents indented by two more blanks, a list without a count
+  // opening with "fixed [" and one ended by a 0 with "zero-ended [". Numbers are decimal as
+  // written (signed for the signed forms; a signature followed by its hex in parentheses), texts
+  // quoted with C escapes, blobs upper-case hex in angle brackets.
   std::string ToText() const;
 
  private:
