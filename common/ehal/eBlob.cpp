@@ -326,6 +326,10 @@ void EBlob::SerializeIn(EArchive& archive) {
   EArchive::SerializeError("x86_64/common/ehal/eBlob", 536, "EBlob::SerializeIn");
 }
 
+std::vector<ERecordLayout> EBlob::Layouts() {
+  return {{kSignature, {"Bytes"}}, {kOldSignature, {"HexText"}}};
+}
+
 EArchive& operator<<(EArchive& archive, const EBlob& blob) {
   blob.SerializeOut(archive);
   return archive;

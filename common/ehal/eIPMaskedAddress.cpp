@@ -85,6 +85,13 @@ void EIPMaskedAddress::Describe(ERecordVisitor& visitor, const char* name) const
   eHal::detail::Describe<Schema>(visitor, name, *this);
 }
 
+std::vector<ERecordLayout> EIPMaskedAddress::Layouts() {
+  std::vector<ERecordLayout> layouts = EIPAddress::Layouts();
+  for (ERecordLayout& layout : layouts)
+    layout.fields.push_back("Mask");
+  return layouts;
+}
+
 bool EIPMaskedAddress::SetMaskPrefixNumber(unsigned int n) {
   if (n > 8 * kMaxAddressLength) return false;
   const unsigned int full = n / 8;

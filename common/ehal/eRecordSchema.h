@@ -581,6 +581,48 @@ void Describe(ERecordVisitor& visitor, const char* name, const Record& record) {
   visitor.EndRecord();
 }
 
+// The name of the field at `position`: one of kFields, or after them one of kReadOnlyFields.
+template <typename Schema>
+std::string FieldNameAt(std::size_t position) {
+  std::string name;
+  const auto take = [&](const auto& field) { name = field.name; };
+  if (position < kFieldCount<Schema>) {
+    VisitFieldAt(Schema::kFields, position, take);
+  } else if constexpr (HasReadOnlyFields<Schema>::value) {
+    VisitFieldAt(Schema::kReadOnlyFields, position - kFieldCount<Schema>, take);
+  }
+  return name;
+}
+
+// The names of the fields `layout` carries, in archive order.
+template <typename Schema>
+std::vector<std::string> FieldNames(const Layout& layout) {
+  std::vector<std::string> names;
+  if (layout.order == nullptr) {
+    for (std::size_t i = layout.lacking; i < kFieldCount<Schema>; ++i)
+      names.push_back(FieldNameAt<Schema>(i));
+    return names;
+  }
+  for (std::size_t i = 0; i < layout.orderLength; ++i) {
+    const int position = layout.order[i];
+    names.push_back(position == kDropped ? std::string("(dropped)")
+                                         : FieldNameAt<Schema>(static_cast<std::size_t>(position)));
+  }
+  return names;
+}
+
+// Every layout of the schema, newest first, with the fields each carries; none without a
+// signature.
+template <typename Schema>
+std::vector<ERecordLayout> LayoutsOf() {
+  std::vector<ERecordLayout> layouts;
+  if constexpr (HasSignature<Schema>::value) {
+    for (const Layout& layout : Schema::kLayouts)
+      layouts.push_back({layout.signature, FieldNames<Schema>(layout)});
+  }
+  return layouts;
+}
+
 // Every field of the schema equal.
 template <typename Schema, typename Record>
 bool SameFields(const Record& left, const Record& right) {
@@ -611,4 +653,9 @@ template <typename Derived>
 void ERecord<Derived>::Describe(ERecordVisitor& visitor, const char* name) const {
   eHal::detail::Describe<typename Derived::Schema>(visitor, name,
                                                    static_cast<const Derived&>(*this));
+}
+
+template <typename Derived>
+std::vector<ERecordLayout> ERecord<Derived>::Layouts() {
+  return eHal::detail::LayoutsOf<typename Derived::Schema>();
 }

@@ -163,3 +163,7 @@ void EUniqueIDMapImplBase::SerializeIn(EArchive& archive) {
 void EUniqueIDMapImplBase::Describe(ERecordVisitor& visitor, const char* name) const {
   eHal::detail::Describe<Schema>(visitor, name, *this);
 }
+
+std::vector<ERecordLayout> EUniqueIDMapImplBase::Layouts() {
+  return LayoutsOf<Schema>();
+}

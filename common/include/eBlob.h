@@ -5,6 +5,9 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
+
+#include "eRecord.h"
 
 class EArchive;
 
@@ -99,6 +102,8 @@ class EBlob {
 
   void SerializeOut(EArchive& archive) const;
   void SerializeIn(EArchive& archive);
+  // The layouts the reader accepts: the current one (the bytes) and the old hex text.
+  static std::vector<ERecordLayout> Layouts();
 
   // Valid bytes (may be null when nothing is allocated).
   const unsigned char* GetData() const { return m_Data; }

@@ -28,6 +28,8 @@ class EIPMaskedAddress : public EIPAddress {
   void SerializeIn(EArchive& archive) override;
   // The address record and the mask, inside BeginRecord(name)/EndRecord().
   void Describe(ERecordVisitor& visitor, const char* name = "") const;
+  // The layouts of the address record it opens with, each followed by the mask.
+  static std::vector<ERecordLayout> Layouts();
 
   // Writes all 16 mask bytes for prefix length n; false (and no change) above 128.
   bool SetMaskPrefixNumber(unsigned int n);

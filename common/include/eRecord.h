@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 class EArchive;
 class EBlob;
@@ -48,6 +49,13 @@ class ERecordVisitor {
   virtual void EndList() = 0;
 };
 
+// One layout a record reads: the signature that names it and the fields it carries, in archive
+// order (a value that only an older layout carries and the record no longer keeps is "(dropped)").
+struct ERecordLayout {
+  unsigned int signature = 0;
+  std::vector<std::string> fields;
+};
+
 // CRTP base: `Derived` declares `struct Schema;` (public) and defines it in its source file,
 // which also instantiates the base explicitly (`template class ERecord<Derived>;`), since the
 // operations below are compiled there. A record whose reader needs a step that a field list
@@ -64,6 +72,9 @@ class ERecord {
   // Hands the record to `visitor`: BeginRecord(name), the signature, the fields in archive
   // order, EndRecord().
   void Describe(ERecordVisitor& visitor, const char* name = "") const;
+  // Every layout the reader accepts, newest (the one written) first; empty for a record that
+  // travels without a signature of its own.
+  static std::vector<ERecordLayout> Layouts();
 
   friend EArchive& operator<<(EArchive& archive, const Derived& record) {
     record.SerializeOut(archive);

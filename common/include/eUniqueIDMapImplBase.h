@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 
+#include "eRecord.h"
 #include "eUniqueIDGenerator.h"
 
 class EArchive;
@@ -76,6 +77,8 @@ class EUniqueIDMapImplBase {
   // Hands the map to `visitor` in its archive form: BeginRecord(name), the signature, the items
   // (each its identifier and the item's own description), the generator, EndRecord().
   void Describe(ERecordVisitor& visitor, const char* name = "") const;
+  // The one layout the reader accepts, with its fields.
+  static std::vector<ERecordLayout> Layouts();
 
   friend EArchive& operator<<(EArchive& archive, const EUniqueIDMapImplBase& map) {
     map.SerializeOut(archive);

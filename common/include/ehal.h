@@ -9,6 +9,8 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eRecord.h"
+#include "eRecordRegistry.h"
+#include "eRecordValue.h"
 #include "eStringList.h"
 
 // Network value types

@@ -1,0 +1,199 @@
+#include "eRecordValue.h"
+
+#include <utility>
+
+#include "eArchive.h"
+#include "eBlob.h"
+#include "eTextDigits.h"
+
+namespace {
+
+// Writes a number in its wire form.
+void WriteNumber(EArchive& archive, EWire wire, std::uint64_t value) {
+  switch (wire) {
+    case EWire::kSigned32:
+    case EWire::kSignedOutUnsignedIn:
+      archive.WriteSignedInt(static_cast<int>(static_cast<std::int64_t>(value)));
+      return;
+    case EWire::kUnsigned64:
+      archive.WriteUnsigned64Int(value);
+      return;
+    default:
+      archive.WriteUnsignedInt(static_cast<unsigned int>(value));
+      return;
+  }
+}
+
+// A text in double quotes, with C escapes for quotes, backslashes and bytes that do not print.
+void AppendQuoted(std::string& text, const std::string& value) {
+  text.push_back('"');
+  for (const char c : value) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '"' || c == '\\') {
+      text.push_back('\\');
+      text.push_back(c);
+    } else if (c == '\n') {
+      text += "\\n";
+    } else if (c == '\t') {
+      text += "\\t";
+    } else if (c == '\r') {
+      text += "\\r";
+    } else if (byte < 0x20 || byte >= 0x7F) {
+      text += "\\x";
+      text.push_back(eHal::detail::HexDigit(byte >> 4));
+      text.push_back(eHal::detail::HexDigit(byte));
+    } else {
+      text.push_back(c);
+    }
+  }
+  text.push_back('"');
+}
+
+}  // namespace
+
+bool ERecordValue::IsSigned() const {
+  return wire == EWire::kSigned32 || wire == EWire::kSignedOutUnsignedIn;
+}
+
+std::string ERecordValue::HexBytes() const {
+  std::string hex;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    hex.push_back(eHal::detail::HexDigit(byte >> 4));
+    hex.push_back(eHal::detail::HexDigit(byte));
+  }
+  return hex;
+}
+
+const ERecordValue* ERecordValue::Find(std::string_view fieldName) const {
+  for (const ERecordValue& item : items) {
+    if (item.name == fieldName) return &item;
+  }
+  return nullptr;
+}
+
+ERecordValue* ERecordValue::Find(std::string_view fieldName) {
+  return const_cast<ERecordValue*>(std::as_const(*this).Find(fieldName));
+}
+
+void ERecordValue::Write(EArchive& archive) const {
+  switch (kind) {
+    case Kind::kNumber:
+      WriteNumber(archive, wire, number);
+      return;
+    case Kind::kText:
+      archive << bytes;
+      return;
+    case Kind::kBytes:
+      archive << EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
+      return;
+    case Kind::kRecord:
+    case Kind::kList:
+      break;
+  }
+  const bool counted = kind == Kind::kList && wire != EWire::kNone && wire != EWire::kZeroEnded;
+  if (counted) WriteNumber(archive, wire, items.size());
+  for (const ERecordValue& item : items)
+    item.Write(archive);
+  if (kind == Kind::kList && wire == EWire::kZeroEnded) archive.WriteUnsignedInt(0);
+}
+
+std::string ERecordValue::ToText() const {
+  std::string text;
+  for (const ERecordValue& item : items)
+    item.AppendText(text, 0);
+  return text;
+}
+
+void ERecordValue::AppendText(std::string& text, unsigned int indent) const {
+  text.append(indent, ' ');
+  if (!name.empty()) text += name + " = ";
+  if (kind != Kind::kRecord && kind != Kind::kList) {
+    AppendScalar(text);
+    text.push_back('\n');
+    return;
+  }
+  const bool isList = kind == Kind::kList;
+  if (isList && wire == EWire::kNone) text += "fixed ";
+  if (isList && wire == EWire::kZeroEnded) text += "zero-ended ";
+  text.push_back(isList ? '[' : '{');
+  if (!items.empty()) {
+    text.push_back('\n');
+    for (const ERecordValue& item : items)
+      item.AppendText(text, indent + 2);
+    text.append(indent, ' ');
+  }
+  text += isList ? "]\n" : "}\n";
+}
+
+void ERecordValue::AppendScalar(std::string& text) const {
+  switch (kind) {
+    case Kind::kNumber:
+      text += IsSigned() ? std::to_string(Signed()) : std::to_string(number);
+      if (name == "Signature") {
+        char hex[8];
+        text += " (0x";
+        text.append(hex, eHal::detail::WriteUpperHex(hex, static_cast<unsigned int>(number)));
+        text += ")";
+      }
+      return;
+    case Kind::kText:
+      AppendQuoted(text, bytes);
+      return;
+    default:
+      text += "<" + HexBytes() + ">";
+      return;
+  }
+}
+
+ERecordValueBuilder::ERecordValueBuilder() {
+  m_Open.push_back(&m_Root);
+}
+
+ERecordValue ERecordValueBuilder::Result() const {
+  return m_Root.items.empty() ? ERecordValue() : m_Root.items.front();
+}
+
+ERecordValue& ERecordValueBuilder::Add(ERecordValue::Kind kind, const char* name) {
+  ERecordValue& value = m_Open.back()->items.emplace_back();
+  value.kind = kind;
+  value.name = name;
+  return value;
+}
+
+void ERecordValueBuilder::Number(const char* name, EWire wire, std::uint64_t value) {
+  ERecordValue& number = Add(ERecordValue::Kind::kNumber, name);
+  number.wire = wire;
+  number.number = value;
+}
+
+void ERecordValueBuilder::Text(const char* name, const std::string& value) {
+  Add(ERecordValue::Kind::kText, name).bytes = value;
+}
+
+void ERecordValueBuilder::Bytes(const char* name, const EBlob& value) {
+  const auto* data = reinterpret_cast<const char*>(value.GetData());
+  Add(ERecordValue::Kind::kBytes, name).bytes.assign(data, data == nullptr ? 0 : value.GetSize());
+}
+
+void ERecordValueBuilder::BeginRecord(const char* name) {
+  m_Open.push_back(&Add(ERecordValue::Kind::kRecord, name));
+}
+
+void ERecordValueBuilder::EndRecord() {
+  Close();
+}
+
+void ERecordValueBuilder::BeginList(const char* name, EWire countWire, std::size_t) {
+  ERecordValue& list = Add(ERecordValue::Kind::kList, name);
+  list.wire = countWire;
+  m_Open.push_back(&list);
+}
+
+void ERecordValueBuilder::EndList() {
+  Close();
+}
+
+void ERecordValueBuilder::Close() {
+  if (m_Open.size() > 1) m_Open.pop_back();
+}

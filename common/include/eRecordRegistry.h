@@ -1,0 +1,67 @@
+// ERecordRegistry: the one list of every record class the library archives, by the name a user
+// writes (such as "eHal::EPRBS"), with the layouts each reads and a way to create, read, write and
+// describe one without knowing its type. Decoders, fuzzers and conformance tests work from it, so
+// a new record class is registered once.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "eRecord.h"
+
+class EArchive;
+
+// A record of some registered class, held without its type.
+class EAnyRecord {
+ public:
+  virtual ~EAnyRecord() = default;
+
+  // The record's own reader: a signature it does not accept is its serialisation error.
+  virtual void SerializeIn(EArchive& archive) = 0;
+  // The record's own writer (the newest layout).
+  virtual void SerializeOut(EArchive& archive) const = 0;
+  // The record's description (see ERecordVisitor), inside BeginRecord(name)/EndRecord().
+  virtual void Describe(ERecordVisitor& visitor, const char* name = "") const = 0;
+
+  friend EArchive& operator<<(EArchive& archive, const EAnyRecord& record) {
+    record.SerializeOut(archive);
+    return archive;
+  }
+  friend EArchive& operator>>(EArchive& archive, EAnyRecord& record) {
+    record.SerializeIn(archive);
+    return archive;
+  }
+};
+
+// One registered class.
+struct ERecordClass {
+  std::string name;                    // as a user writes it, such as "eHal::EPRBS"
+  std::vector<ERecordLayout> layouts;  // newest first; empty: no signature of its own
+  std::unique_ptr<EAnyRecord> (*create)() = nullptr;  // a fresh record, as its class makes it
+
+  std::unique_ptr<EAnyRecord> Create() const { return create(); }
+  // The layout named by `signature`, or null.
+  const ERecordLayout* FindLayout(unsigned int signature) const;
+};
+
+// A class that reads a given signature, and the layout it would read.
+struct ERecordMatch {
+  const ERecordClass* recordClass;
+  const ERecordLayout* layout;
+  bool current;  // the layout is the one the class writes
+};
+
+class ERecordRegistry {
+ public:
+  // Every registered class, in the registry's fixed order.
+  static const std::vector<ERecordClass>& Classes();
+  // The class of that exact name, or null.
+  static const ERecordClass* Find(std::string_view name);
+  // The classes that accept `signature` as their first number, in registry order.
+  static std::vector<ERecordMatch> Guess(unsigned int signature);
+  // Registered names close to `name`: those containing it or contained in it, ignoring case and
+  // the "eHal::" prefix, and those within a small edit distance of it; nearest first.
+  static std::vector<std::string> CloseNames(std::string_view name);
+};

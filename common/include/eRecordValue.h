@@ -1,0 +1,86 @@
+// ERecordValue: the description of a record as a small value tree (numbers with their wire form,
+// text, bytes, nested records and lists), with the names of the fields. It prints a record field
+// by field, and it writes itself back into archive bytes, so that a record can be built from
+// named values: describe a fresh record, replace some values, write the tree and read it back
+// through the record's own reader.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "eRecord.h"
+
+class EArchive;
+
+class ERecordValue {
+ public:
+  enum class Kind : unsigned char { kNumber, kText, kBytes, kRecord, kList };
+
+  Kind kind = Kind::kRecord;
+  std::string name;                 // empty for the items of a list
+  EWire wire = EWire::kUnsigned32;  // a number's form; a list's count form
+  std::uint64_t number = 0;         // sign-extended to 64 bits for the signed forms
+  std::string bytes;                // a text, or the raw bytes of a blob
+  std::vector<ERecordValue> items;  // a record's fields or a list's items
+
+  // The description of anything that describes itself as a record does.
+  template <typename Record>
+  static ERecordValue Of(const Record& record);
+
+  // True for the signed wire forms, whose number is signed (see Signed).
+  bool IsSigned() const;
+  std::int64_t Signed() const { return static_cast<std::int64_t>(number); }
+  // A blob's bytes as upper-case hex digits, two per byte.
+  std::string HexBytes() const;
+  // The field of a record with that name, or null.
+  const ERecordValue* Find(std::string_view fieldName) const;
+  ERecordValue* Find(std::string_view fieldName);
+
+  // Writes the value in its archive form: each number in its wire form, a text as its length
+  // and bytes, a blob in its own form, a list's count (as its form says) and items.
+  void Write(EArchive& archive) const;
+  // The fields of a record, one per line as "name = value"; nested records and lists open with
+  // "{" or "[" and list their contents indented by two more blanks, a list without a count
+  // opening with "fixed [" and one ended by a 0 with "zero-ended [". Numbers are decimal as
+  // written (signed for the signed forms; a signature followed by its hex in parentheses), texts
+  // quoted with C escapes, blobs upper-case hex in angle brackets.
+  std::string ToText() const;
+
+ private:
+  void AppendText(std::string& text, unsigned int indent) const;
+  void AppendScalar(std::string& text) const;
+};
+
+// Builds the tree from a description (see ERecordVisitor).
+class ERecordValueBuilder : public ERecordVisitor {
+ public:
+  ERecordValueBuilder();
+  ERecordValueBuilder(const ERecordValueBuilder&) = delete;
+  ERecordValueBuilder& operator=(const ERecordValueBuilder&) = delete;
+  // The description received: the outermost record.
+  ERecordValue Result() const;
+
+  void Number(const char* name, EWire wire, std::uint64_t value) override;
+  void Text(const char* name, const std::string& value) override;
+  void Bytes(const char* name, const EBlob& value) override;
+  void BeginRecord(const char* name) override;
+  void EndRecord() override;
+  void BeginList(const char* name, EWire countWire, std::size_t count) override;
+  void EndList() override;
+
+ private:
+  ERecordValue& Add(ERecordValue::Kind kind, const char* name);
+  void Close();
+
+  ERecordValue m_Root;
+  std::vector<ERecordValue*> m_Open;  // the records and lists open, innermost last
+};
+
+template <typename Record>
+ERecordValue ERecordValue::Of(const Record& record) {
+  ERecordValueBuilder builder;
+  record.Describe(builder);
+  return builder.Result();
+}

@@ -1,0 +1,180 @@
+// The PRBS capture conversation of examples/exchange.cpp between two processes over a loopback
+// TCP connection. Each envelope travels as one frame: its length as 4 bytes, most significant
+// first, then its archive bytes. Each side prints what it sends and receives.
+//
+//   ehal_tcp_exchange port PORTFILE   listens on 127.0.0.1 at a port the system picks, writes its
+//                                     number into PORTFILE and serves one client until it closes
+//   ehal_tcp_exchange client PORT     sends the requests and reads the replies; exit status 0
+//                                     when they are the replies asked for
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "prbs_conversation.h"
+
+using namespace conversation;
+
+namespace {
+
+// No frame of this conversation comes near this; a larger length is a broken peer.
+constexpr unsigned int kMaxFrame = 1u << 20;
+// A peer that says nothing for this long is gone.
+constexpr int kTimeoutSeconds = 10;
+
+// Owns a socket descriptor.
+class Socket {
+ public:
+  explicit Socket(int descriptor) : m_Descriptor(descriptor) {
+    if (m_Descriptor < 0) throw std::runtime_error(std::string("socket: ") + std::strerror(errno));
+    const timeval timeout{kTimeoutSeconds, 0};
+    setsockopt(m_Descriptor, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    setsockopt(m_Descriptor, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
+  }
+  Socket(const Socket&) = delete;
+  Socket& operator=(const Socket&) = delete;
+  ~Socket() { close(m_Descriptor); }
+
+  int Get() const { return m_Descriptor; }
+
+ private:
+  int m_Descriptor;
+};
+
+void Fail(const char* what) {
+  throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
+}
+
+sockaddr_in Loopback(unsigned short port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(port);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  return address;
+}
+
+void WriteAll(const Socket& socket, const unsigned char* data, std::size_t length) {
+  while (length > 0) {
+    const ssize_t written = send(socket.Get(), data, length, MSG_NOSIGNAL);
+    if (written <= 0) Fail("send");
+    data += written;
+    length -= static_cast<std::size_t>(written);
+  }
+}
+
+// False when the peer closed the connection before the first byte.
+bool ReadAll(const Socket& socket, unsigned char* data, std::size_t length) {
+  for (std::size_t done = 0; done < length;) {
+    const ssize_t count = recv(socket.Get(), data + done, length - done, 0);
+    if (count == 0 && done == 0) return false;
+    if (count <= 0) Fail("recv");
+    done += static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+void SendFrame(const Socket& socket, const EBlob& bytes) {
+  const unsigned int length = bytes.GetSize();
+  const unsigned char prefix[4] = {
+      static_cast<unsigned char>(length >> 24), static_cast<unsigned char>(length >> 16),
+      static_cast<unsigned char>(length >> 8), static_cast<unsigned char>(length)};
+  WriteAll(socket, prefix, sizeof prefix);
+  WriteAll(socket, bytes.GetData(), length);
+}
+
+// False when the peer closed the connection between frames.
+bool ReceiveFrame(const Socket& socket, EBlob& bytes) {
+  unsigned char prefix[4];
+  if (!ReadAll(socket, prefix, sizeof prefix)) return false;
+  unsigned int length = 0;
+  for (const unsigned char byte : prefix)
+    length = (length << 8) | byte;
+  if (length > kMaxFrame) throw std::runtime_error("frame too long");
+  std::vector<unsigned char> data(length);
+  if (length > 0 && !ReadAll(socket, data.data(), length)) throw std::runtime_error("cut frame");
+  bytes = EBlob(data.data(), length);
+  return true;
+}
+
+// Writes the number into the file whole: the file appears under its name only when complete.
+void PublishPort(const std::string& path, unsigned short port) {
+  const std::string partial = path + ".partial";
+  std::ofstream(partial) << port << "\n";
+  if (std::rename(partial.c_str(), path.c_str()) != 0) Fail("rename");
+}
+
+int RunPort(const std::string& portFile) {
+  const Socket listener(socket(AF_INET, SOCK_STREAM, 0));
+  sockaddr_in address = Loopback(0);
+  socklen_t size = sizeof address;
+  if (bind(listener.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+    Fail("bind");
+  if (listen(listener.Get(), 1) != 0) Fail("listen");
+  if (getsockname(listener.Get(), reinterpret_cast<sockaddr*>(&address), &size) != 0)
+    Fail("getsockname");
+  const unsigned short port = ntohs(address.sin_port);
+  std::printf("port: listening on 127.0.0.1:%u\n", port);
+  PublishPort(portFile, port);
+
+  const Socket connection(accept(listener.Get(), nullptr, nullptr));
+  std::printf("port: client connected\n");
+  for (EBlob wire; ReceiveFrame(connection, wire);) {
+    std::printf("port: receives a frame of %u bytes\n", wire.GetSize());
+    EMessage received;
+    EPRBS request(kReplyingSide);
+    Receive(wire, received, request);
+    std::printf("port: answers\n");
+    SendFrame(connection,
+              Send(Serve(request), kPRBSReply, received.GetClientID(), received.GetPortID()));
+  }
+  std::printf("port: client closed the connection\n");
+  return 0;
+}
+
+int RunClient(unsigned short port) {
+  const Socket connection(socket(AF_INET, SOCK_STREAM, 0));
+  const sockaddr_in address = Loopback(port);
+  if (connect(connection.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    Fail("connect");
+  std::printf("client: connected to 127.0.0.1:%u\n", port);
+  std::vector<EPRBS> replies;
+  for (const EPRBS& request : Requests()) {
+    std::printf("client: sends request #%u\n", EMessage::GetNextSequenceNumber());
+    SendFrame(connection, Send(request, kPRBSRequest, Client(), kPort));
+    EBlob wire;
+    if (!ReceiveFrame(connection, wire)) throw std::runtime_error("the port closed the connection");
+    std::printf("client: receives a frame of %u bytes\n", wire.GetSize());
+    EMessage envelope;
+    EPRBS reply(kRequestingSide);
+    Receive(wire, envelope, reply);
+    replies.push_back(reply);
+  }
+  const bool ok = RepliesOk(replies);
+  std::printf("client: %s\n", ok ? "exchange ok" : "exchange FAILED");
+  return ok ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Line by line, so that the two sides' lines interleave in the order they happen.
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);
+  const std::string role = argc == 3 ? argv[1] : "";
+  try {
+    if (role == "port") return RunPort(argv[2]);
+    if (role == "client") return RunClient(static_cast<unsigned short>(std::atoi(argv[2])));
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", role.c_str(), error.what());
+    return 1;
+  }
+  std::fprintf(stderr, "usage: %s port PORTFILE | client PORT\n", argv[0]);
+  return 2;
+}
