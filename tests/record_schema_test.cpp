@@ -199,6 +199,23 @@ TYPED_TEST(EveryRecord, ReadsBackTheDistinctValuesAsDescribed) {
   EXPECT_EQ(Described(back), Described(record));
 }
 
+// A well-formed stream never reads past its end, so the wrap limit cannot change what it reads.
+TYPED_TEST(EveryRecord, AWellFormedStreamNeverWrapsToItsStart) {
+  TypeParam record = Fresh<TypeParam>();
+  DistinctValues distinct;
+  record.Describe(distinct);
+  ReadFrom(distinct.Written(), record);
+  for (const bool terminate : {true, false}) {
+    EArchive archive;
+    archive.SetMode(eModeLoading);
+    archive.SetFromEBlob(BlobOf(BytesOf(record)), terminate);
+    TypeParam back = Fresh<TypeParam>();
+    archive >> back;
+    EXPECT_EQ(archive.GetWrapCount(), 0u);
+    EXPECT_EQ(Described(back), Described(record));
+  }
+}
+
 // Prints a description as "name=value" items, nested records and lists in braces.
 class Printer : public ERecordVisitor {
  public:
