@@ -216,6 +216,22 @@ TYPED_TEST(EveryRecord, AWellFormedStreamNeverWrapsToItsStart) {
   }
 }
 
+// A list describes every entry: the description of a switch update with entries re-encodes to
+// its bytes.
+TEST(RecordDescription, AListDescribesEachOfItsEntries) {
+  ESwitchUpdateMessage message;
+  for (const unsigned int value : {300u, 1u}) {
+    SwitchUpdateEntry entry;
+    entry.m_FirstValue = value;
+    entry.m_SecondValue = value + 1;
+    entry.m_Octets[5] = static_cast<unsigned char>(value);
+    entry.m_Value = static_cast<unsigned short>(value * 2);
+    message.m_Entries.push_back(entry);
+  }
+  EXPECT_EQ(BytesOf(message), "8 0 0 2 44 45 0 0 0 0 0 44 600 1 2 0 0 0 0 0 1 2 ");
+  EXPECT_EQ(Described(message), BytesOf(message));
+}
+
 // Prints a description as "name=value" items, nested records and lists in braces.
 class Printer : public ERecordVisitor {
  public:
