@@ -141,11 +141,17 @@ TEST(EArchiveLimits, ZeroAllowsAnyNumberOfWraps) {
   EXPECT_EQ(archive.GetWrapCount(), 1000u);
 }
 
-TEST(EArchiveLimits, ReplacingTheDataResetsTheCountAndKeepsTheLimit) {
+// An archive of no data with a limit of two wraps, after one wrap.
+EArchive WrappedOnce() {
   EArchive archive = LoadingArchive("");
   archive.SetWrapLimit(2);
-  archive.ReadUnsignedInt();
-  archive.ReadUnsignedInt();
+  archive.ReadUnsignedInt();  // past the end
+  archive.ReadUnsignedInt();  // starts over
+  return archive;
+}
+
+TEST(EArchiveLimits, ReplacingTheDataResetsTheCountAndKeepsTheLimit) {
+  EArchive archive = WrappedOnce();
   EXPECT_EQ(archive.GetWrapCount(), 1u);
   archive.SetFromEBlob(BlobOf("1 "), false);
   EXPECT_EQ(archive.GetWrapCount(), 0u);
@@ -160,10 +166,7 @@ TEST(EArchiveLimits, ReplacingTheDataResetsTheCountAndKeepsTheLimit) {
 }
 
 TEST(EArchiveLimits, ACopyReadsOnWithTheSameCountAndLimit) {
-  EArchive archive = LoadingArchive("");
-  archive.SetWrapLimit(2);
-  archive.ReadUnsignedInt();
-  archive.ReadUnsignedInt();
+  const EArchive archive = WrappedOnce();
   const EArchive copy(archive);
   EXPECT_EQ(copy.GetWrapCount(), 1u);
   EXPECT_EQ(copy.GetWrapLimit(), 2u);
