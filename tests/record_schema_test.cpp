@@ -140,6 +140,39 @@ TYPED_TEST(EveryRecord, ReadsBackTheDistinctValuesAsDescribed) {
   EXPECT_EQ(Described(back), Described(record));
 }
 
+// A well-formed stream never reads past its end, so the wrap limit cannot change what it reads.
+TYPED_TEST(EveryRecord, AWellFormedStreamNeverWrapsToItsStart) {
+  TypeParam record = Fresh<TypeParam>();
+  DistinctValues distinct;
+  record.Describe(distinct);
+  ReadFrom(distinct.Written(), record);
+  for (const bool terminate : {true, false}) {
+    EArchive archive;
+    archive.SetMode(eModeLoading);
+    archive.SetFromEBlob(BlobOf(BytesOf(record)), terminate);
+    TypeParam back = Fresh<TypeParam>();
+    archive >> back;
+    EXPECT_EQ(archive.GetWrapCount(), 0u);
+    EXPECT_EQ(Described(back), Described(record));
+  }
+}
+
+// A list describes every entry: the description of a switch update with entries re-encodes to
+// its bytes.
+TEST(RecordDescription, AListDescribesEachOfItsEntries) {
+  ESwitchUpdateMessage message;
+  for (const unsigned int value : {300u, 1u}) {
+    SwitchUpdateEntry entry;
+    entry.m_FirstValue = value;
+    entry.m_SecondValue = value + 1;
+    entry.m_Octets[5] = static_cast<unsigned char>(value);
+    entry.m_Value = static_cast<unsigned short>(value * 2);
+    message.m_Entries.push_back(entry);
+  }
+  EXPECT_EQ(BytesOf(message), "8 0 0 2 44 45 0 0 0 0 0 44 600 1 2 0 0 0 0 0 1 2 ");
+  EXPECT_EQ(Described(message), BytesOf(message));
+}
+
 // Prints a description as "name=value" items, nested records and lists in braces.
 class Printer : public ERecordVisitor {
  public:

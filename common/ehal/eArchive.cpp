@@ -10,6 +10,10 @@ namespace {
 
 std::atomic<EArchive::SerializeErrorHandler> gSerializeErrorHandler{nullptr};
 
+// The report for a read that would wrap to position 0 more often than the archive allows.
+constexpr ESerializeErrorSite kWrapLimitError = {"common/ehal/eArchive", 150,
+                                                 "EArchive read beyond its wrap limit"};
+
 bool IsNumberChar(unsigned char c) {
   return static_cast<unsigned char>(c - '0') < 10 || c == '-';
 }
@@ -42,6 +46,8 @@ void EArchive::Copy(const EArchive& other) {
   m_Buffer = other.m_Buffer;
   m_ReadPosition = other.m_ReadPosition;
   m_WritePosition = other.m_WritePosition;
+  m_WrapLimit = other.m_WrapLimit;
+  m_WrapCount = other.m_WrapCount;
 }
 
 void EArchive::Empty() {
@@ -49,6 +55,7 @@ void EArchive::Empty() {
   m_Buffer.m_Size = 0;
   m_WritePosition = 0;
   m_ReadPosition = 0;
+  m_WrapCount = 0;
 }
 
 void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
@@ -67,6 +74,7 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
   }
   m_ReadPosition = 0;
   m_WritePosition = n;
+  m_WrapCount = 0;
 }
 
 unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length) {
@@ -123,12 +131,19 @@ EArchive& EArchive::SerializeRawStringOut(const std::string& value) {
   return *this;
 }
 
+unsigned int EArchive::StartPosition() {
+  if (m_ReadPosition <= m_Buffer.m_Size) return m_ReadPosition;
+  if (m_WrapLimit != 0 && m_WrapCount >= m_WrapLimit) kWrapLimitError.Raise();
+  ++m_WrapCount;
+  m_ReadPosition = 0;
+  return 0;
+}
+
 template <typename Sink>
 unsigned int EArchive::ScanNumber(unsigned int capacity, Sink&& sink) {
   const unsigned char* const data = m_Buffer.m_Data;
   const unsigned int size = m_Buffer.m_Size;
-  unsigned int position = m_ReadPosition;
-  if (position > size) position = 0;
+  unsigned int position = StartPosition();
   while (position < size && !IsNumberChar(data[position]))
     ++position;
   if (position >= size || capacity <= 1) {
@@ -221,8 +236,7 @@ EArchive& EArchive::operator>>(unsigned long& value) {
 EArchive& EArchive::operator>>(std::string& value) {
   unsigned int length = ReadUnsignedInt();
   const unsigned int size = m_Buffer.m_Size;
-  if (m_ReadPosition > size) m_ReadPosition = 0;
-  length = std::min(length, size - m_ReadPosition);
+  length = std::min(length, size - StartPosition());
   if (length == 0) {
     value.clear();
     return *this;
@@ -236,8 +250,7 @@ EArchive& EArchive::ReadBlob(EBlob& blob) {
   unsigned int length = ReadUnsignedInt();
   const unsigned int size = m_Buffer.m_Size;
   // A position beyond the end restarts at 0, as for strings, so the clamp below cannot wrap.
-  if (m_ReadPosition > size) m_ReadPosition = 0;
-  length = std::min(length, size - m_ReadPosition);
+  length = std::min(length, size - StartPosition());
   blob.Grow(length, false);
   if (length > 0) std::memmove(blob.m_Data, m_Buffer.m_Data + m_ReadPosition, length);
   blob.m_Size = length;
@@ -247,7 +260,7 @@ EArchive& EArchive::ReadBlob(EBlob& blob) {
 
 EArchive& EArchive::SerializeRawStringIn(std::string& value) {
   const unsigned int size = m_Buffer.m_Size;
-  if (m_ReadPosition > size) m_ReadPosition = 0;
+  StartPosition();
   value.clear();
   if (m_ReadPosition == size) return *this;
   const char* const begin = reinterpret_cast<const char*>(m_Buffer.m_Data + m_ReadPosition);

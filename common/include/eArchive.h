@@ -38,9 +38,10 @@ class EArchive {
   EArchive& operator=(const EArchive& other);
   ~EArchive();
 
-  // Copies mode, valid bytes and both positions.
+  // Copies mode, valid bytes, both positions, the wrap limit and the wraps counted so far: the
+  // copy reads on exactly as the original would, with no fresh allowance of wraps.
   void Copy(const EArchive& other);
-  // Mode none, size 0 (allocation kept), both positions 0.
+  // Mode none, size 0 (allocation kept), both positions 0, no wraps counted.
   void Empty();
   // Stores the mode unchecked (see eArchiveMode).
   void SetMode(int mode) { m_Mode = mode; }
@@ -53,9 +54,9 @@ class EArchive {
   // The archive's bytes; the blob's size is the number of valid bytes.
   const EBlob& GetAsEBlob() const { return m_Buffer; }
   void GetAsEBlob(EBlob& blob) const { blob = m_Buffer; }
-  // Replaces the contents by a copy of `blob`, read position 0, write position at its end.
-  // With `terminate` a zero byte is stored after the copy and counted in the size (a later
-  // write overwrites it). The mode is not touched.
+  // Replaces the contents by a copy of `blob`, read position 0, write position at its end, no
+  // wraps counted. With `terminate` a zero byte is stored after the copy and counted in the size (a
+  // later write overwrites it). The mode is not touched.
   void SetFromEBlob(const EBlob& blob, bool terminate);
 
   // The single low-level write: copies `length` bytes at the write position, doubling the
@@ -85,7 +86,9 @@ class EArchive {
   EArchive& SerializeRawStringOut(const std::string& value);
 
   // Readers. Past the end they yield 0 / empty and move the read position one beyond the
-  // size, so that the next read starts over at position 0.
+  // size, so that the next read starts over at position 0 (a wrap). The archive counts its
+  // wraps; one that would exceed the wrap limit is refused through SerializeError, so that no
+  // count or stream makes a reader do more than a fixed multiple of the data's work.
   EArchive& operator>>(unsigned int& value) {
     value = ReadUnsignedInt();
     return *this;
@@ -123,6 +126,14 @@ class EArchive {
 
   // Number of characters a token may hold in the number readers.
   static constexpr unsigned int kNumberTextCapacity = 30;
+  // Wraps to position 0 that a loading archive allows before it refuses the next one.
+  static constexpr unsigned int kDefaultWrapLimit = 4;
+
+  // Sets how many wraps to position 0 the reads may make; 0 allows any number.
+  void SetWrapLimit(unsigned int limit) { m_WrapLimit = limit; }
+  unsigned int GetWrapLimit() const { return m_WrapLimit; }
+  // Wraps made since the data was last replaced (SetFromEBlob, Empty).
+  unsigned int GetWrapCount() const { return m_WrapCount; }
 
  private:
   // The tokeniser: finds the next number token (at most `capacity` - 1 characters), hands each
@@ -143,10 +154,14 @@ class EArchive {
   // ReadUnsignedInt for every token that its inline fast path does not take.
   unsigned int ReadUnsignedIntSlow();
   unsigned char* ReserveSlow(unsigned int position, unsigned int length);
+  // The read position, wrapped to 0 (and the wrap counted) when it lies beyond the size.
+  unsigned int StartPosition();
 
   unsigned int m_ReadPosition = 0;
   unsigned int m_WritePosition = 0;
   int m_Mode = eModeNone;
+  unsigned int m_WrapLimit = kDefaultWrapLimit;
+  unsigned int m_WrapCount = 0;
   EBlob m_Buffer;
 };
 
@@ -298,8 +313,8 @@ inline unsigned char* EArchive::Reserve(unsigned int length) {
 // Container operations. Writers need a storing archive, readers refuse only a storing one;
 // counts are written as unsigned 64-bit and read as unsigned 32-bit.
 namespace eHal::detail {
-// Never reserve more elements than the remaining bytes could hold at one byte each, so that a
-// hostile count cannot allocate ahead of the data.
+// The bytes between the read position and the end. Every element takes at least two of them (a
+// digit and a blank), so no more than half of them is ever reserved from an untrusted count.
 inline std::size_t RemainingBytes(const EArchive& archive) {
   const unsigned int size = archive.GetAsEBlob().GetSize();
   const unsigned int position = archive.GetReadPosition();
@@ -326,7 +341,7 @@ void SerializeIn(EArchive& archive, std::vector<ItemType>& items) {
                              "template<ItemType> SerializeIn(..,vector)");
   }
   const unsigned int count = archive.ReadUnsignedInt();
-  items.reserve(std::min<std::size_t>(count, eHal::detail::RemainingBytes(archive)));
+  items.reserve(std::min<std::size_t>(count, eHal::detail::RemainingBytes(archive) / 2));
   for (unsigned int i = 0; i < count; ++i) {
     ItemType item{};
     archive >> item;
