@@ -143,9 +143,7 @@ TYPED_TEST(EveryRecord, ReadsBackTheDistinctValuesAsDescribed) {
 // A well-formed stream never reads past its end, so the wrap limit cannot change what it reads.
 TYPED_TEST(EveryRecord, AWellFormedStreamNeverWrapsToItsStart) {
   TypeParam record = Fresh<TypeParam>();
-  DistinctValues distinct;
-  record.Describe(distinct);
-  ReadFrom(distinct.Written(), record);
+  ReadFrom(WithDistinctValuesWritten(record), record);
   for (const bool terminate : {true, false}) {
     EArchive archive;
     archive.SetMode(eModeLoading);
