@@ -18,6 +18,7 @@
 
 #include "eRecordJson.h"
 #include "ehal.h"
+#include "prbs_conversation.h"
 
 namespace {
 
@@ -214,16 +215,8 @@ void Guess(const Options& options, const std::string& bytes) {
 // The library's typical exchange: a client asks a port to start a PRBS capture, in an
 // eHal::EMessage, and the port answers.
 void Demo(const Options& options) {
-  eHal::EClientID client;
-  client.SetMajorID("example-client");
-  client.SetMinorID(1);
-  eHal::EPRBS request(true);
-  request.SetRequestType(eHal::EPRBS::kPRBSStartCapture);
-  request.SetClientMessageId(1);
-  eHal::EPRBS reply(false);
-  reply.Copy(request);
-  reply.SetDirection(false);
-  reply.SetReturnCode(eHal::EPRBS::kSuccess);
+  const eHal::EPRBS request = conversation::Requests().front();
+  const eHal::EPRBS reply = conversation::Serve(request);
 
   Options envelope = options;
   envelope.envelope = "eHal::EMessage";
@@ -231,18 +224,12 @@ void Demo(const Options& options) {
   const std::pair<const char*, const eHal::EPRBS*> steps[] = {{"client sends", &request},
                                                               {"port answers", &reply}};
   for (const auto& [what, record] : steps) {
-    EArchive payload;
-    payload.SetMode(eModeStoring);
-    payload << *record;
     eHal::EMessage message;
-    message.SetMessage(static_cast<eHal::EMessage::eMessageType>(record == &request ? 1 : 2),
-                       payload.GetAsEBlob());
-    message.SetClientID(client);
-    message.SetMessagePortId(7);
-    EArchive wire;
-    wire.SetMode(eModeStoring);
-    wire << message;
-    const EBlob& bytes = wire.GetAsEBlob();
+    message.SetMessage(record == &request ? conversation::kPRBSRequest : conversation::kPRBSReply,
+                       conversation::ArchiveBytes(*record));
+    message.SetClientID(conversation::Client());
+    message.SetMessagePortId(conversation::kPort);
+    const EBlob bytes = conversation::ArchiveBytes(message);
     std::cout << what << " " << bytes.GetSize() << " bytes:\n"
               << bytes.GetHexDumpOfPacket() << "\n";
     DumpEnvelope(envelope,
