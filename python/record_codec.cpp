@@ -205,12 +205,16 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value) {
   const std::string given = Written(value);
   const std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, given);
   if (record == nullptr) throw BadInput("the values do not form a " + recordClass.name + " record");
-  const std::string difference = FirstDifference(value, ERecordValue::Of(*record), "");
-  if (!difference.empty()) throw BadInput(recordClass.name + "." + difference);
   EArchive out;
   out.SetMode(eModeStoring);
   out << *record;
-  return BytesOf(out);
+  std::string written = BytesOf(out);
+  // The record kept every value as given exactly when it writes the bytes it read.
+  if (written == given) return written;
+  const std::string difference = FirstDifference(value, ERecordValue::Of(*record), "");
+  throw BadInput(recordClass.name + (difference.empty()
+                                         ? ": the record writes other bytes than the values give"
+                                         : "." + difference));
 }
 
 std::string Written(const ERecordValue& value) {

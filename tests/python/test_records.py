@@ -169,6 +169,16 @@ def test_values_out_of_range_raise_value_error(class_name, fields):
         ehal.encode(class_name, fields)
 
 
+def test_values_the_record_does_not_keep_raise_value_error():
+    # Written signed, read back unsigned: a negative number does not survive the reader.
+    with pytest.raises(ValueError, match=r"EFCParams.RtTOV: given -1, the record keeps -29"):
+        ehal.encode("EFCParams", {"RtTOV": -1})
+    assert ehal.decode("EFCParams", ehal.encode("EFCParams", {"RtTOV": 2**31 - 1}))["RtTOV"] == \
+        2**31 - 1
+    with pytest.raises(ValueError, match=r"EIPAddress.Address: the record keeps other bytes"):
+        ehal.encode("EIPAddress", {"Type": 2})
+
+
 def test_out_of_range_names_the_field():
     with pytest.raises(ValueError, match=r"eHal::EMessage\.Destination: 256 is out of range"):
         ehal.encode("eHal::EMessage", {"Destination": 256})
