@@ -2,9 +2,13 @@
 # Runs the example exchange as two processes over loopback TCP: starts the port, waits until it
 # has published the port number it listens on, then runs the client against it. Exit status 0
 # when both sides end well.
-#   examples/tcp_demo.sh [FOLDER OF ehal_tcp_exchange]   (default: build/release/examples)
+#   examples/tcp_demo.sh [FOLDER OF ehal_tcp_exchange [CLIENT COMMAND...]]
+# The folder defaults to build/release/examples, the client to its "ehal_tcp_exchange client";
+# the port number is added as the client's last argument.
 set -u
 bin=${1:-build/release/examples}
+[ $# -gt 0 ] && shift
+[ $# -eq 0 ] && set -- "$bin/ehal_tcp_exchange" client
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -21,7 +25,7 @@ while [ ! -s "$work/port" ]; do
   sleep 0.1
 done
 
-"$bin/ehal_tcp_exchange" client "$(cat "$work/port")"
+"$@" "$(cat "$work/port")"
 client_status=$?
 wait "$port_pid"
 port_status=$?

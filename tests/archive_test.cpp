@@ -26,6 +26,16 @@ TEST(EArchive, FreshArchiveIsEmptyAndNeitherStoringNorLoading) {
   EXPECT_EQ(archive.GetAsEBlob().GetData(), nullptr);
 }
 
+TEST(EArchive, SerializeErrorReportIsTheTextPrinted) {
+  EXPECT_EQ(EArchive::SerializeErrorReport("common/ehal/eX", 12, "EX::SerializeIn"),
+            "*** Exception in FILE common/ehal/eX, LINE 12:\n"
+            "EX::SerializeIn - EArchive::SerializeError()\n");
+  const ChildResult result = RunInChild([] { EArchive::SerializeError("f", 3, "g"); });
+  EXPECT_TRUE(result.exited);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.output, "*** Exception in FILE f, LINE 3:\ng - EArchive::SerializeError()\n");
+}
+
 TEST(EArchive, ModeIsStoredUnchecked) {
   EArchive archive;
   archive.SetMode(eModeStoring);

@@ -170,6 +170,17 @@ TEST(RecordRegistry, CloseNamesIgnoreCaseAndNamespace) {
   EXPECT_TRUE(ERecordRegistry::CloseNames("QQQQQQQQQQQQQQQ").empty());
 }
 
+TEST(RecordRegistry, CloseNamesAmongGivenCandidates) {
+  const std::vector<std::string> fields = {"RequestType", "ReturnCode", "BufferSize", "Start"};
+  EXPECT_EQ(ERecordRegistry::CloseNames("requesttype", fields),
+            std::vector<std::string>({"RequestType"}));
+  EXPECT_EQ(ERecordRegistry::CloseNames("Stat", fields), std::vector<std::string>({"Start"}));
+  EXPECT_EQ(ERecordRegistry::CloseNames("ReturnCod", fields),
+            std::vector<std::string>({"ReturnCode"}));
+  EXPECT_TRUE(ERecordRegistry::CloseNames("Packets", fields).empty());
+  EXPECT_TRUE(ERecordRegistry::CloseNames("Start", {}).empty());
+}
+
 TEST(RecordRegistry, EveryClassRoundTripsThroughItsEntry) {
   for (const ERecordClass& recordClass : ERecordRegistry::Classes()) {
     const std::unique_ptr<EAnyRecord> record = recordClass.Create();

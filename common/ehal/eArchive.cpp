@@ -276,10 +276,14 @@ EArchive& EArchive::SerializeRawStringIn(std::string& value) {
 void EArchive::SerializeError(const char* file, int line, const char* function) {
   const SerializeErrorHandler handler = gSerializeErrorHandler.load();
   if (handler != nullptr) handler(file, line, function);
-  std::printf("*** Exception in FILE %s, LINE %d:\n%s - %s\n", file, line, function,
-              "EArchive::SerializeError()");
+  std::fputs(SerializeErrorReport(file, line, function).c_str(), stdout);
   std::fflush(stdout);
   std::exit(1);
+}
+
+std::string EArchive::SerializeErrorReport(const char* file, int line, const char* function) {
+  return std::string("*** Exception in FILE ") + file + ", LINE " + std::to_string(line) + ":\n" +
+         function + " - EArchive::SerializeError()\n";
 }
 
 EArchive::SerializeErrorHandler EArchive::SetSerializeErrorHandler(SerializeErrorHandler handler) {

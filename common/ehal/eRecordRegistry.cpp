@@ -201,15 +201,23 @@ std::vector<ERecordMatch> ERecordRegistry::Guess(unsigned int signature) {
 }
 
 std::vector<std::string> ERecordRegistry::CloseNames(std::string_view name) {
+  std::vector<std::string> names;
+  for (const ERecordClass& recordClass : Classes())
+    names.push_back(recordClass.name);
+  return CloseNames(name, names);
+}
+
+std::vector<std::string> ERecordRegistry::CloseNames(std::string_view name,
+                                                     const std::vector<std::string>& candidates) {
   constexpr std::size_t kFarthest = 3;
   const std::string wanted = Folded(name);
   std::vector<std::pair<std::size_t, const std::string*>> close;
-  for (const ERecordClass& recordClass : Classes()) {
-    const std::string candidate = Folded(recordClass.name);
+  for (const std::string& candidateName : candidates) {
+    const std::string candidate = Folded(candidateName);
     const bool contains = !wanted.empty() && (candidate.find(wanted) != std::string::npos ||
                                               wanted.find(candidate) != std::string::npos);
     const std::size_t distance = EditDistance(wanted, candidate);
-    if (contains || distance <= kFarthest) close.emplace_back(distance, &recordClass.name);
+    if (contains || distance <= kFarthest) close.emplace_back(distance, &candidateName);
   }
   std::stable_sort(close.begin(), close.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });

@@ -119,6 +119,9 @@ class EArchive {
   // prints "*** Exception in FILE <file>, LINE <line>:\n<function> - EArchive::SerializeError()\n"
   // to standard output, flushes it and exits with status 1.
   [[noreturn]] static void SerializeError(const char* file, int line, const char* function);
+  // The report SerializeError prints, for a handler that passes it on (for example in an
+  // exception).
+  static std::string SerializeErrorReport(const char* file, int line, const char* function);
   // Installs a process-wide replacement for the report above, for test harnesses and fuzzers
   // only (for example one that throws). The handler must not return; if it does, the default
   // report and exit follow. Null restores the default. Returns the previous handler.

@@ -64,4 +64,8 @@ class ERecordRegistry {
   // Registered names close to `name`: those containing it or contained in it, ignoring case and
   // the "eHal::" prefix, and those within a small edit distance of it; nearest first.
   static std::vector<std::string> CloseNames(std::string_view name);
+  // The names of `candidates` close to `name` by the same measure (field names, say), nearest
+  // first.
+  static std::vector<std::string> CloseNames(std::string_view name,
+                                             const std::vector<std::string>& candidates);
 };

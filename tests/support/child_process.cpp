@@ -40,8 +40,7 @@ ChildResult RunInChild(const std::function<void()>& body) {
 }
 
 std::string SerializeErrorReport(const char* file, int line, const char* function) {
-  return std::string("*** Exception in FILE ") + file + ", LINE " + std::to_string(line) + ":\n" +
-         function + " - EArchive::SerializeError()\n";
+  return EArchive::SerializeErrorReport(file, line, function);
 }
 
 void ExpectSerializeError(const std::function<void()>& body, const char* file, int line,

@@ -1,0 +1,256 @@
+#include "record_codec.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "eArchive.h"
+#include "eBlob.h"
+
+namespace eHal::python {
+
+namespace {
+
+// How many ThrowingScopes are alive on this thread.
+thread_local unsigned int tThrowingDepth = 0;
+// The handler installed before the module's, which the module's hands other errors to.
+EArchive::SerializeErrorHandler gPreviousHandler = nullptr;
+
+void HandleSerializeError(const char* file, int line, const char* function) {
+  if (tThrowingDepth > 0)
+    throw SerializeFailure(EArchive::SerializeErrorReport(file, line, function));
+  if (gPreviousHandler != nullptr) gPreviousHandler(file, line, function);
+  // Returning lets the library print its report and end the process, as without the module.
+}
+
+EBlob BlobOf(std::string_view bytes) {
+  if (bytes.size() >= 0xFFFFFFFFu) throw BadInput("more than 4 GiB of archive bytes");
+  return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
+}
+
+// A loading archive over a copy of the bytes, terminated as a receiver stores them.
+void Load(EArchive& archive, std::string_view bytes) {
+  archive.SetMode(eModeLoading);
+  archive.SetFromEBlob(BlobOf(bytes), true);
+}
+
+// True when the reads stayed inside the bytes: none wrapped to the start and none ran past the
+// end (which leaves the position on the terminating zero or beyond).
+bool ReadInside(const EArchive& archive, std::size_t size) {
+  return archive.GetWrapCount() == 0 && archive.GetReadPosition() <= size;
+}
+
+std::string BytesOf(const EArchive& archive) {
+  const EBlob& blob = archive.GetAsEBlob();
+  return std::string(reinterpret_cast<const char*>(blob.GetData()), blob.GetSize());
+}
+
+// The record of the class read from `bytes`, or null when a read left them; exceptions as the
+// reader raises them.
+std::unique_ptr<EAnyRecord> ReadRecord(const ERecordClass& recordClass, std::string_view bytes,
+                                       std::size_t* consumed = nullptr) {
+  EArchive archive;
+  Load(archive, bytes);
+  std::unique_ptr<EAnyRecord> record = recordClass.Create();
+  const ThrowingScope throwing;
+  archive >> *record;
+  if (!ReadInside(archive, bytes.size())) return nullptr;
+  if (consumed != nullptr) *consumed = archive.GetReadPosition();
+  return record;
+}
+
+std::string NumberText(const ERecordValue& value) {
+  return value.IsSigned() ? std::to_string(value.Signed()) : std::to_string(value.number);
+}
+
+// Where two descriptions first differ, as "Field.Inner[2]: given X, kept Y"; empty when alike.
+std::string FirstDifference(const ERecordValue& given, const ERecordValue& kept,
+                            const std::string& path) {
+  const std::string here = path.empty() ? given.name : path;
+  if (given.kind != kept.kind || given.items.size() != kept.items.size())
+    return here + ": read back as a different shape";
+  if (given.kind == ERecordValue::Kind::kNumber && given.number != kept.number)
+    return here + ": given " + NumberText(given) + ", the record keeps " + NumberText(kept);
+  if (given.bytes != kept.bytes) return here + ": the record keeps other bytes";
+  for (std::size_t i = 0; i < given.items.size(); ++i) {
+    const ERecordValue& item = given.items[i];
+    const std::string itemPath = item.name.empty() ? here + "[" + std::to_string(i) + "]"
+                                 : here.empty()    ? item.name
+                                                   : here + "." + item.name;
+    std::string difference = FirstDifference(item, kept.items[i], itemPath);
+    if (!difference.empty()) return difference;
+  }
+  return "";
+}
+
+// The value reached by `path`, or null when the description has no such place.
+const ERecordValue* At(const ERecordValue& value, const std::vector<std::size_t>& path) {
+  const ERecordValue* here = &value;
+  for (const std::size_t index : path) {
+    if (index >= here->items.size()) return nullptr;
+    here = &here->items[index];
+  }
+  return here;
+}
+ERecordValue* At(ERecordValue& value, const std::vector<std::size_t>& path) {
+  return const_cast<ERecordValue*>(At(std::as_const(value), path));
+}
+
+// The name a list is kept under: the class and the field names on the way to it.
+std::string ListKey(const ERecordClass& recordClass, const ERecordValue& value,
+                    const std::vector<std::size_t>& path) {
+  std::string key = recordClass.name;
+  const ERecordValue* here = &value;
+  for (const std::size_t index : path) {
+    here = &here->items[index];
+    key += "/" + (here->name.empty() ? std::string("[]") : here->name);
+  }
+  return key;
+}
+
+ERecordValue Scalar(ERecordValue::Kind kind) {
+  ERecordValue value;
+  value.kind = kind;
+  return value;
+}
+
+// What an item might be, in the order tried.
+std::vector<ERecordValue> ItemCandidates() {
+  std::vector<ERecordValue> candidates = {Scalar(ERecordValue::Kind::kNumber),
+                                          Scalar(ERecordValue::Kind::kText),
+                                          Scalar(ERecordValue::Kind::kBytes)};
+  for (const ERecordClass& recordClass : ERecordRegistry::Classes())
+    candidates.push_back(FreshValue(recordClass));
+  return candidates;
+}
+
+// The item the record describes when `candidate` is its list's only item, if it reads back
+// exactly.
+std::optional<ERecordValue> TryItem(const ERecordClass& recordClass, ERecordValue value,
+                                    const std::vector<std::size_t>& path,
+                                    const ERecordValue& candidate) {
+  ERecordValue& list = *At(value, path);
+  list.items.assign(1, candidate);
+  list.items.front().name.clear();
+  const std::string bytes = Written(value);
+  std::unique_ptr<EAnyRecord> record;
+  try {
+    record = ReadRecord(recordClass, bytes);
+  } catch (const SerializeFailure&) {
+    return std::nullopt;
+  }
+  if (record == nullptr) return std::nullopt;
+  const ERecordValue back = ERecordValue::Of(*record);
+  const ERecordValue* backList = At(back, path);
+  if (Written(back) != bytes || backList == nullptr ||
+      backList->kind != ERecordValue::Kind::kList || backList->items.size() != 1)
+    return std::nullopt;
+  return backList->items.front();
+}
+
+}  // namespace
+
+void InstallSerializeErrorHandler() {
+  static const bool installed = [] {
+    gPreviousHandler = EArchive::SetSerializeErrorHandler(&HandleSerializeError);
+    return true;
+  }();
+  (void)installed;
+}
+
+ThrowingScope::ThrowingScope() {
+  ++tThrowingDepth;
+}
+
+ThrowingScope::~ThrowingScope() {
+  --tThrowingDepth;
+}
+
+std::string UnknownNameMessage(const std::string& what, std::string_view name,
+                               const std::vector<std::string>& close, const std::string& hint) {
+  std::string message = "unknown " + what + " \"" + std::string(name) + "\"";
+  if (close.empty()) return message + hint;
+  message += "; close names:";
+  for (const std::string& candidate : close)
+    message += " " + candidate;
+  return message;
+}
+
+const ERecordClass& ClassNamed(std::string_view name) {
+  if (const ERecordClass* recordClass = ERecordRegistry::Find(name)) return *recordClass;
+  throw UnknownName(UnknownNameMessage("record class", name, ERecordRegistry::CloseNames(name),
+                                       "; see ehal.classes()"));
+}
+
+Decoded Decode(const ERecordClass& recordClass, std::string_view bytes) {
+  std::size_t consumed = 0;
+  const std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, bytes, &consumed);
+  if (record == nullptr)
+    throw BadInput("input truncated: " + recordClass.name + " needs more than the " +
+                   std::to_string(bytes.size()) + " bytes given");
+  return {ERecordValue::Of(*record), consumed};
+}
+
+const ERecordValue& FreshValue(const ERecordClass& recordClass) {
+  static std::mutex mutex;
+  static std::map<const ERecordClass*, ERecordValue> fresh;
+  const std::lock_guard<std::mutex> lock(mutex);
+  const auto found = fresh.find(&recordClass);
+  if (found != fresh.end()) return found->second;
+  return fresh.emplace(&recordClass, ERecordValue::Of(*recordClass.Create())).first->second;
+}
+
+std::string Encode(const ERecordClass& recordClass, const ERecordValue& value) {
+  const std::string given = Written(value);
+  const std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, given);
+  if (record == nullptr) throw BadInput("the values do not form a " + recordClass.name + " record");
+  EArchive out;
+  out.SetMode(eModeStoring);
+  out << *record;
+  std::string written = BytesOf(out);
+  // The record kept every value as given exactly when it writes the bytes it read.
+  if (written == given) return written;
+  const std::string difference = FirstDifference(value, ERecordValue::Of(*record), "");
+  throw BadInput(recordClass.name + (difference.empty()
+                                         ? ": the record writes other bytes than the values give"
+                                         : "." + difference));
+}
+
+std::string Written(const ERecordValue& value) {
+  EArchive archive;
+  archive.SetMode(eModeStoring);
+  value.Write(archive);
+  return BytesOf(archive);
+}
+
+std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,
+                                     const std::vector<std::size_t>& path) {
+  static std::mutex mutex;
+  static std::map<std::string, std::optional<ERecordValue>> items;
+  const ERecordValue* list = At(value, path);
+  if (list == nullptr || list->kind != ERecordValue::Kind::kList) return std::nullopt;
+  const std::string key = ListKey(recordClass, value, path);
+  {
+    const std::lock_guard<std::mutex> lock(mutex);
+    const auto found = items.find(key);
+    if (found != items.end()) return found->second;
+  }
+  std::optional<ERecordValue> item;
+  for (const ERecordValue& candidate : ItemCandidates()) {
+    item = TryItem(recordClass, value, path, candidate);
+    if (item) break;
+  }
+  const std::lock_guard<std::mutex> lock(mutex);
+  return items.emplace(key, item).first->second;
+}
+
+unsigned int FirstNumber(std::string_view bytes) {
+  EArchive archive;
+  Load(archive, bytes);
+  const unsigned int number = archive.ReadUnsignedInt();
+  if (!ReadInside(archive, bytes.size())) throw BadInput("no number in the input");
+  return number;
+}
+
+}  // namespace eHal::python

@@ -1,0 +1,90 @@
+// The Python module's work on records, free of Python: reading one record of a registered class
+// from archive bytes into its description, writing a description back through the record's own
+// reader and writer, and finding what an item of a list looks like. Serialisation errors become
+// exceptions here, on the threads inside the module only.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "eRecordRegistry.h"
+#include "eRecordValue.h"
+
+namespace eHal::python {
+
+// A serialisation error met inside the module; what() is the library's report text.
+class SerializeFailure : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Bytes that end before the record does, or that a record does not read as given.
+class BadInput : public std::invalid_argument {
+ public:
+  using std::invalid_argument::invalid_argument;
+};
+
+// Installs the module's serialisation error handler once per process. Inside a ThrowingScope it
+// throws SerializeFailure; on any other thread, or outside the module, it hands the error to the
+// handler installed before it, and otherwise lets the library print its report and exit as it
+// always does. So other C++ users of the process see no change.
+void InstallSerializeErrorHandler();
+
+// While alive, serialisation errors on this thread throw SerializeFailure.
+class ThrowingScope {
+ public:
+  ThrowingScope();
+  ~ThrowingScope();
+  ThrowingScope(const ThrowingScope&) = delete;
+  ThrowingScope& operator=(const ThrowingScope&) = delete;
+};
+
+// A class or field name that does not exist; what() names the close ones.
+class UnknownName : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// The message for an unknown name: what it is, the name, and the close names or `hint`.
+std::string UnknownNameMessage(const std::string& what, std::string_view name,
+                               const std::vector<std::string>& close, const std::string& hint);
+
+// The registered class of that name; UnknownName naming the close names when there is none.
+const ERecordClass& ClassNamed(std::string_view name);
+
+// One record read from the start of some bytes: its description and the bytes its reader took.
+struct Decoded {
+  ERecordValue value;
+  std::size_t consumed;
+};
+
+// Reads one record of the class from `bytes` as a receiver loads them. Bytes that end before
+// the record does are BadInput; a signature the class does not accept is SerializeFailure.
+Decoded Decode(const ERecordClass& recordClass, std::string_view bytes);
+
+// The description of a fresh record of the class (kept per class: it never changes).
+const ERecordValue& FreshValue(const ERecordClass& recordClass);
+
+// The bytes of a record of the class built from `value`: the description is written, read back
+// through the record's own reader and written again in the current layout. BadInput when the
+// record does not read the description back exactly as given (a value it does not keep).
+std::string Encode(const ERecordClass& recordClass, const ERecordValue& value);
+
+// The archive bytes of a description as it stands.
+std::string Written(const ERecordValue& value);
+
+// An item of the list reached from the record `value` by `path` (indices into items), as the
+// record describes one: each candidate item (a number, a text, a blob, a fresh record of each
+// registered class) is put in the list alone, and the first that the record reads back exactly
+// gives the item. Found once per class and list, and kept. Null when no candidate fits.
+std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,
+                                     const std::vector<std::size_t>& path);
+
+// The first number of the bytes, as a signature is read; BadInput when there is none.
+unsigned int FirstNumber(std::string_view bytes);
+
+}  // namespace eHal::python
