@@ -18,15 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The vector files of one class: one per layout, or one without a signature of its own.
-std::vector<std::string> VectorNames(const ERecordClass& recordClass) {
-  if (recordClass.layouts.empty()) return {VectorFileName(recordClass, nullptr)};
-  std::vector<std::string> names;
-  for (const ERecordLayout& layout : recordClass.layouts)
-    names.push_back(VectorFileName(recordClass, &layout));
-  return names;
-}
-
 // The vector's bytes, or false when it is missing.
 bool ReadVector(const fs::path& path, std::string& bytes) {
   std::ifstream in(path, std::ios::binary);
@@ -44,6 +35,27 @@ void WriteSeed(const fs::path& corpus, const std::string& name, unsigned char fi
   out << bytes;
 }
 
+// Seeds the corpora from the vectors of one class; returns how many of its vectors are missing.
+int SeedFromClass(const fs::path& vectors, const fs::path& root, const ERecordClass& recordClass,
+                  unsigned char picker) {
+  int missing = 0;
+  for (const RecordVector& vector : VectorsOf(recordClass)) {
+    const std::string name = VectorFileName(recordClass, vector.layout);
+    std::string bytes;
+    if (!ReadVector(vectors / (name + ".bin"), bytes)) {
+      std::fprintf(stderr, "no vector %s.bin\n", name.c_str());
+      ++missing;
+      continue;
+    }
+    WriteSeed(root / "records_fuzz", name, picker, bytes);
+    WriteSeed(root / "archive_fuzz", name, picker, bytes);
+    if (recordClass.name != "eValueList") continue;
+    WriteSeed(root / "value_list_fuzz", name, 0, bytes);
+    WriteSeed(root / "value_list_fuzz", name + ".terminated", 2, bytes);
+  }
+  return missing;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -51,29 +63,10 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: %s VECTORS_DIR CORPUS_ROOT\n", argv[0]);
     return 2;
   }
-  const fs::path vectors = argv[1];
-  const fs::path root = argv[2];
   const std::vector<ERecordClass>& classes = ERecordRegistry::Classes();
-  int seeds = 0;
   int missing = 0;
-  for (std::size_t index = 0; index < classes.size(); ++index) {
-    const auto picker = static_cast<unsigned char>(index);
-    const bool valueList = classes[index].name == "eValueList";
-    for (const std::string& name : VectorNames(classes[index])) {
-      std::string bytes;
-      if (!ReadVector(vectors / (name + ".bin"), bytes)) {
-        std::fprintf(stderr, "no vector %s.bin\n", name.c_str());
-        ++missing;
-        continue;
-      }
-      WriteSeed(root / "records_fuzz", name, picker, bytes);
-      WriteSeed(root / "archive_fuzz", name, picker, bytes);
-      ++seeds;
-      if (!valueList) continue;
-      WriteSeed(root / "value_list_fuzz", name, 0, bytes);
-      WriteSeed(root / "value_list_fuzz", name + ".terminated", 2, bytes);
-    }
-  }
-  std::printf("%d vectors seeded into %s\n", seeds, root.c_str());
+  for (std::size_t index = 0; index < classes.size(); ++index)
+    missing += SeedFromClass(argv[1], argv[2], classes[index], static_cast<unsigned char>(index));
+  std::printf("corpora seeded in %s\n", argv[2]);
   return missing == 0 ? 0 : 1;
 }
