@@ -397,11 +397,9 @@ TEST(ECommandLog, ReadersSurviveCutOffAndDamagedStreams) {
   const std::string bytes = BytesOf(log);
   EXPECT_GT(ReadEveryPrefix<ECommandLog>(bytes), 0);
   EXPECT_GT(ReadEveryPrefix<ESingleCommand>(kFilledBytes), 0);
-  // Damage reaches the log's own numbers and the first command's up to its identifier: a damaged
-  // byte further on can turn an identifier's list count into one near 400 million (the number
-  // after it is a signature), which the identifier's reader honours.
-  EXPECT_GT(ReadEveryOneByteDamage<ECommandLog>(bytes, std::string("1 1 4 2 1 2 7 8 -4 ").size()),
-            0);
+  // Damage reaches every byte: one that turns an identifier's list count into one near 400
+  // million (the number after it is a signature) ends in the wrap limit's report.
+  EXPECT_GT(ReadEveryOneByteDamage<ECommandLog>(bytes), 0);
 }
 
 // ---- GetMessages ----
