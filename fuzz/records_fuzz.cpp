@@ -1,39 +1,68 @@
 // Feeds arbitrary bytes to the reader of every registered record class: the first byte picks the
 // class, the rest is the archive a receiver loads. A read either completes or ends in the
 // serialisation error (which throws here); a record that was read describes itself in exactly
-// the bytes it writes.
+// the bytes it writes. The archive's wrap limit bounds every read by a fixed multiple of its
+// input, and so does the memory a read holds: more than kBytesPerInputByte for each input byte
+// stops the run, as do the run's limits (-rss_limit_mb, -malloc_limit_mb, -timeout). The seed
+// corpus comes from the golden vectors (see fuzz_seeds.cpp).
+#include <sanitizer/allocator_interface.h>
+
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+#include <cstdio>
 #include <memory>
-#include <new>
+#include <vector>
 
 #include "ehal.h"
 #include "fuzz_support.h"
 
 namespace {
 
-// What one read, with the description and writing of what it read, may allocate in all, in
-// bytes. The vector reader reads as many items as the count says, past the data too (the archive
-// then starts over from its beginning), so a large count costs memory and time without touching
-// memory it does not own; such a run is cut short here.
-constexpr std::size_t kAllocationBudget = std::size_t{32} << 20;
+// The most memory a read may hold at once for each byte of its input (plus kBaseBytes): enough
+// for a five-fold pass over the data building the largest records, far below what a count taken
+// at its word would cost.
+constexpr long long kBytesPerInputByte = 256;
+constexpr long long kBaseBytes = 64 << 10;
 
-// The rest of the budget while a read runs; unlimited otherwise.
-bool gBudgeted = false;
-std::size_t gBudget = 0;
-
-// Gives the read its budget for as long as it lives.
-class Budget {
- public:
-  Budget() {
-    gBudget = kAllocationBudget;
-    gBudgeted = true;
-  }
-  ~Budget() { gBudgeted = false; }
-  Budget(const Budget&) = delete;
-  Budget& operator=(const Budget&) = delete;
+// Memory held beyond what was held when the read began, and its peak, counted through the
+// sanitizer's allocation hooks while a read runs.
+struct HeldMemory {
+  bool counting = false;
+  long long held = 0;
+  long long peak = 0;
 };
+HeldMemory gMemory;
+
+void CountAllocation(const volatile void*, std::size_t size) {
+  if (!gMemory.counting) return;
+  gMemory.held += static_cast<long long>(size);
+  if (gMemory.held > gMemory.peak) gMemory.peak = gMemory.held;
+}
+
+void CountRelease(const volatile void* memory) {
+  if (!gMemory.counting || memory == nullptr) return;
+  gMemory.held -= static_cast<long long>(__sanitizer_get_allocated_size(memory));
+}
+
+// Counts the memory held from construction to destruction.
+class MemoryCount {
+ public:
+  MemoryCount() { gMemory = HeldMemory{true, 0, 0}; }
+  ~MemoryCount() { gMemory.counting = false; }
+  MemoryCount(const MemoryCount&) = delete;
+  MemoryCount& operator=(const MemoryCount&) = delete;
+};
+
+// Reads the record; false when the read ends in the serialisation error.
+bool Read(EArchive& archive, EAnyRecord& record) {
+  const MemoryCount count;
+  try {
+    archive >> record;
+  } catch (const SerializeErrorRaised&) {
+    return false;
+  }
+  return true;
+}
 
 EBlob Written(const EAnyRecord& record) {
   EArchive archive;
@@ -51,69 +80,27 @@ EBlob Written(const ERecordValue& value) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
   ThrowSerializeErrors();
+  __sanitizer_install_malloc_and_free_hooks(&CountAllocation, &CountRelease);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  const EBlob bytes(data + 1, static_cast<unsigned int>(size - 1));
   const std::vector<ERecordClass>& classes = ERecordRegistry::Classes();
   const ERecordClass& recordClass = classes[data[0] % classes.size()];
   EArchive archive;
   archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(bytes, true);
+  archive.SetFromEBlob(EBlob(data + 1, static_cast<unsigned int>(size - 1)), true);
   const std::unique_ptr<EAnyRecord> record = recordClass.Create();
-  try {
-    const Budget budget;
-    archive >> *record;
-    if (!(Written(ERecordValue::Of(*record)) == Written(*record))) __builtin_trap();
-  } catch (const SerializeErrorRaised&) {
-  } catch (const std::bad_alloc&) {
+  const bool read = Read(archive, *record);
+  if (gMemory.peak > kBaseBytes + kBytesPerInputByte * static_cast<long long>(size)) {
+    std::fprintf(stderr, "reading %s from %zu bytes held %lld bytes\n", recordClass.name.c_str(),
+                 size, gMemory.peak);
+    __builtin_trap();
   }
+  if (!read) return 0;
+  if (!(Written(ERecordValue::Of(*record)) == Written(*record))) __builtin_trap();
   return 0;
-}
-
-// Every allocation of the process goes through these, counted against the budget while a read
-// runs: all the forms of new and delete are replaced, so that they agree with one another.
-namespace {
-void* Allocate(std::size_t size) noexcept {
-  if (gBudgeted) {
-    if (size > gBudget) return nullptr;
-    gBudget -= size;
-  }
-  return std::malloc(size == 0 ? 1 : size);
-}
-void* AllocateOrThrow(std::size_t size) {
-  if (void* memory = Allocate(size)) return memory;
-  throw std::bad_alloc();
-}
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-  return AllocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return Allocate(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
 }

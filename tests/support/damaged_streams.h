@@ -26,16 +26,16 @@ int ReadEveryPrefix(const std::string& bytes) {
   return refused;
 }
 
-// Reads `bytes` with each single byte replaced in turn by a digit, a blank, a zero byte or 0xFF
-// into a fresh T; as above, each read completes or ends in the serialisation error. (A minus
-// is left out: it can turn a count into one near 2^32, which the readers honour.) Only the bytes
-// before `end` are damaged, for records whose nested lists honour any count they are given.
+// Reads `bytes` with each single byte replaced in turn by a digit, a blank, a minus, a zero byte or
+// 0xFF into a fresh T; as above, each read completes or ends in the serialisation error. A minus
+// or a digit can turn a count into one near 2^32: the archive's wrap limit ends such a read after
+// a few passes over the data, so every byte is damaged.
 template <typename T>
-int ReadEveryOneByteDamage(const std::string& bytes, std::size_t end = std::string::npos) {
+int ReadEveryOneByteDamage(const std::string& bytes) {
   ScopedThrowingSerializeErrors throwing;
   int refused = 0;
-  for (std::size_t at = 0; at < bytes.size() && at < end; ++at) {
-    for (const char replacement : {'0', '9', ' ', '\0', '\xFF'}) {
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    for (const char replacement : {'0', '9', ' ', '-', '\0', '\xFF'}) {
       std::string damaged = bytes;
       damaged[at] = replacement;
       T value;
