@@ -64,17 +64,12 @@ bool Read(EArchive& archive, EAnyRecord& record) {
   return true;
 }
 
-EBlob Written(const EAnyRecord& record) {
+// The bytes of a record, or of its description, written into a fresh archive.
+template <typename T>
+EBlob Written(const T& value) {
   EArchive archive;
   archive.SetMode(eModeStoring);
-  archive << record;
-  return archive.GetAsEBlob();
-}
-
-EBlob Written(const ERecordValue& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  value.Write(archive);
+  archive << value;
   return archive.GetAsEBlob();
 }
 

@@ -41,7 +41,12 @@ bool ReadInside(const EArchive& archive, std::size_t size) {
   return archive.GetWrapCount() == 0 && archive.GetReadPosition() <= size;
 }
 
-std::string BytesOf(const EArchive& archive) {
+// The bytes of a record, or of a description, written into a fresh archive.
+template <typename T>
+std::string BytesOf(const T& value) {
+  EArchive archive;
+  archive.SetMode(eModeStoring);
+  archive << value;
   const EBlob& blob = archive.GetAsEBlob();
   return std::string(reinterpret_cast<const char*>(blob.GetData()), blob.GetSize());
 }
@@ -205,10 +210,7 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value) {
   const std::string given = Written(value);
   const std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, given);
   if (record == nullptr) throw BadInput("the values do not form a " + recordClass.name + " record");
-  EArchive out;
-  out.SetMode(eModeStoring);
-  out << *record;
-  std::string written = BytesOf(out);
+  std::string written = BytesOf(*record);
   // The record kept every value as given exactly when it writes the bytes it read.
   if (written == given) return written;
   const std::string difference = FirstDifference(value, ERecordValue::Of(*record), "");
@@ -218,10 +220,7 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value) {
 }
 
 std::string Written(const ERecordValue& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  value.Write(archive);
-  return BytesOf(archive);
+  return BytesOf(value);
 }
 
 std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,

@@ -14,13 +14,6 @@
 
 namespace {
 
-// The description written back into archive bytes, each item in its wire form.
-std::string Written(const ERecordValue& value) {
-  EArchive archive = StoringArchive();
-  value.Write(archive);
-  return ArchiveBytes(archive);
-}
-
 template <typename T>
 T Fresh() {
   return T();
@@ -85,13 +78,13 @@ using HostTable = EAddressTable<EIPAddressRange, EIPAddressTableItem>;
 
 template <typename T>
 std::string Described(const T& record) {
-  return Written(ERecordValue::Of(record));
+  return BytesOf(ERecordValue::Of(record));
 }
 
 // The record's description with distinct values (see WithDistinctValues), written back.
 template <typename T>
 std::string WithDistinctValuesWritten(const T& record) {
-  return Written(WithDistinctValues(ERecordValue::Of(record)));
+  return BytesOf(WithDistinctValues(ERecordValue::Of(record)));
 }
 
 template <typename T>

@@ -12,12 +12,6 @@ namespace {
 
 using namespace eHal;
 
-std::string Written(const ERecordValue& value) {
-  EArchive archive = StoringArchive();
-  value.Write(archive);
-  return ArchiveBytes(archive);
-}
-
 EMessage SampleMessage() {
   EMessage message;
   message.SetMessagePortId(7);
@@ -99,12 +93,12 @@ TEST(RecordValue, KeepsNamesWireFormsAndValues) {
 TEST(RecordValue, WritesBackTheBytesOfEveryRegisteredRecord) {
   for (const ERecordClass& recordClass : ERecordRegistry::Classes()) {
     const std::unique_ptr<EAnyRecord> record = recordClass.Create();
-    EXPECT_EQ(Written(ERecordValue::Of(*record)), BytesOf(*record)) << recordClass.name;
+    EXPECT_EQ(BytesOf(ERecordValue::Of(*record)), BytesOf(*record)) << recordClass.name;
   }
-  EXPECT_EQ(Written(ERecordValue::Of(SampleMessage())), BytesOf(SampleMessage()));
+  EXPECT_EQ(BytesOf(ERecordValue::Of(SampleMessage())), BytesOf(SampleMessage()));
   EUniqueIDGenerator generator;
   generator.ReserveID(3);
-  EXPECT_EQ(Written(ERecordValue::Of(generator)), "17829889 3 1 2 4 4294967295 0 ");
+  EXPECT_EQ(BytesOf(ERecordValue::Of(generator)), "17829889 3 1 2 4 4294967295 0 ");
 }
 
 TEST(RecordValue, BuildsARecordFromNamedValues) {
@@ -114,7 +108,7 @@ TEST(RecordValue, BuildsARecordFromNamedValues) {
   value.Find("RequestType")->number = EPRBS::kPRBSStartCapture;
   value.Find("BufferSize")->number = 4096;
   const std::unique_ptr<EAnyRecord> built = prbs->Create();
-  ReadFrom(Written(value), *built);
+  ReadFrom(BytesOf(value), *built);
 
   EPRBS expected(true);
   expected.SetRequestType(EPRBS::kPRBSStartCapture);
@@ -129,7 +123,7 @@ TEST(RecordValue, DescribesABlobAsItsBytes) {
   ERecordValue filled = blob;
   filled.items[0].bytes.assign(reinterpret_cast<const char*>(bytes), 3);
   EXPECT_EQ(filled.ToText(), "Bytes = <0102FF>\n");
-  EXPECT_EQ(Written(filled), BytesOf(EBlob(bytes, 3)));
+  EXPECT_EQ(BytesOf(filled), BytesOf(EBlob(bytes, 3)));
 }
 
 }  // namespace

@@ -41,6 +41,11 @@ class ERecordValue {
   // Writes the value in its archive form: each number in its wire form, a text as its length
   // and bytes, a blob in its own form, a list's count (as its form says) and items.
   void Write(EArchive& archive) const;
+  // The same, so that a description is written like the record it describes.
+  friend EArchive& operator<<(EArchive& archive, const ERecordValue& value) {
+    value.Write(archive);
+    return archive;
+  }
   // The fields of a record, one per line as "name = value"; nested records and lists open with
   // "{" or "[" and list their contents indented by two more blanks, a list without a count
   // opening with "fixed [" and one ended by a 0 with "zero-ended [". Numbers are decimal as

@@ -13,10 +13,12 @@ namespace {
 
 using namespace std::string_literals;
 
+// The description written into a fresh archive. (This library stays free of the test framework,
+// so it does not use the tests' archive shorthands.)
 std::string Written(const ERecordValue& value) {
   EArchive archive;
   archive.SetMode(eModeStoring);
-  value.Write(archive);
+  archive << value;
   return std::string(reinterpret_cast<const char*>(archive.GetAsEBlob().GetData()),
                      archive.GetAsEBlob().GetSize());
 }
