@@ -17,18 +17,18 @@ struct NumberRange {
   std::uint64_t most;
 };
 
-NumberRange RangeOf(EWire wire) {
+NumberRange RangeOf(ENumberWire wire) {
   switch (wire) {
-    case EWire::kUnsigned8:
+    case ENumberWire::kUnsigned8:
       return {0, 0xFF};
-    case EWire::kUnsigned16:
+    case ENumberWire::kUnsigned16:
       return {0, 0xFFFF};
-    case EWire::kSigned32:
-    case EWire::kSignedOutUnsignedIn:
+    case ENumberWire::kSigned32:
+    case ENumberWire::kSignedOutUnsignedIn:
       return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
-    case EWire::kUnsigned64:
+    case ENumberWire::kUnsigned64:
       return {0, std::numeric_limits<std::uint64_t>::max()};
-    case EWire::kBool:
+    case ENumberWire::kBool:
       return {0, 1};
     default:
       return {0, std::numeric_limits<std::uint32_t>::max()};
@@ -113,7 +113,7 @@ class Overlayer {
 
   static void Number(ERecordValue& value, py::handle given, const std::string& where) {
     const bool isBool = PyBool_Check(given.ptr());
-    if (!PyLong_Check(given.ptr()) || (isBool && value.wire != EWire::kBool))
+    if (!PyLong_Check(given.ptr()) || (isBool && value.wire != ENumberWire::kBool))
       throw py::type_error(where + ": a number is given as an int, not " + TypeName(given));
     const std::optional<std::uint64_t> number = InRange(given.ptr(), RangeOf(value.wire));
     if (!number)
@@ -140,7 +140,7 @@ class Overlayer {
       throw py::type_error(where + ": a list is given as a list, not " + TypeName(given));
     const py::sequence items = py::reinterpret_borrow<py::sequence>(given);
     const std::size_t count = items.size();
-    if (list.wire == EWire::kNone && count != list.items.size())
+    if (list.countWire == ECountWire::kFixed && count != list.items.size())
       throw py::value_error(where + ": this list has exactly " + std::to_string(list.items.size()) +
                             " items, not " + std::to_string(count));
     if (count > list.items.size()) Grow(list, count, where);

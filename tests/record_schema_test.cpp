@@ -169,9 +169,9 @@ class Printer : public ERecordVisitor {
  public:
   std::string text;
 
-  void Number(const char* name, EWire wire, std::uint64_t value) override {
+  void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
     Item(name);
-    const bool isSigned = wire == EWire::kSigned32 || wire == EWire::kSignedOutUnsignedIn;
+    const bool isSigned = wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
     text += isSigned ? std::to_string(static_cast<std::int64_t>(value)) : std::to_string(value);
   }
   void Text(const char* name, const std::string& value) override {
@@ -184,7 +184,7 @@ class Printer : public ERecordVisitor {
   }
   void BeginRecord(const char* name) override { Open(name); }
   void EndRecord() override { Close(); }
-  void BeginList(const char* name, EWire, std::size_t) override { Open(name); }
+  void BeginList(const char* name, ECountWire, std::size_t) override { Open(name); }
   void EndList() override { Close(); }
 
  private:

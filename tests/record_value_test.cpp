@@ -81,7 +81,7 @@ TEST(RecordValue, KeepsNamesWireFormsAndValues) {
   EXPECT_EQ(minor->Signed(), -2);
   const ERecordValue* destination = message.Find("Destination");
   ASSERT_NE(destination, nullptr);
-  EXPECT_EQ(destination->wire, EWire::kUnsigned8);
+  EXPECT_EQ(destination->wire, ENumberWire::kUnsigned8);
   EXPECT_FALSE(destination->IsSigned());
   const ERecordValue* payload = message.Find("Message");
   ASSERT_NE(payload, nullptr);

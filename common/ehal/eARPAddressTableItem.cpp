@@ -3,15 +3,16 @@
 #include "eRecordSchema.h"
 #include "eTrace.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 struct EARPAddressTableItem::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("IPAddress", &EARPAddressTableItem::m_IPAddress),
                       Field("MACAddress", &EARPAddressTableItem::m_MACAddress));
   static constexpr Layout kLayouts[] = {{0x13111111}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eARPAddressTableItem", 119,
-                                                 "EARPAddressTableItem::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eARPAddressTableItem", 119,
+                                              "EARPAddressTableItem::SerializeIn"};
 };
 
 namespace {

@@ -2,7 +2,8 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Layout;
 
 // A foreign signature is reported under the name of the matching parameters reader, the text that
 // clients of this record have always seen.
@@ -13,8 +14,8 @@ struct EARPStats::Schema {
                       Counter("RequestsSent", &EARPStats::m_RequestsSent),
                       Counter("RequestsReceived", &EARPStats::m_RequestsReceived));
   static constexpr Layout kLayouts[] = {{0x18321311}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eARPStats", 94,
-                                                 "EARPParameters::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eARPStats", 94,
+                                              "EARPParameters::SerializeIn"};
 };
 
 template class ERecord<EARPStats>;

@@ -4,7 +4,8 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
 
 struct EActivePortSetting::Schema {
   static constexpr auto kFields =
@@ -12,8 +13,8 @@ struct EActivePortSetting::Schema {
                       Field("ActivePort", &EActivePortSetting::m_ActivePort));
   static constexpr Layout kLayouts[] = {{0x78911141}};
   // The report names the writing operator although the reader failed; receivers match on it.
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eActivePortSetting", 66,
-                                                 "eHal::EActivePortSetting::operator<<"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eActivePortSetting", 66,
+                                              "eHal::EActivePortSetting::operator<<"};
 };
 
 }  // namespace eHal

@@ -4,7 +4,8 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
 
 // The same signature as EDataCenterModeSettings: nothing in the archive tells the two apart.
 struct EAggregateModeSetting::Schema {
@@ -12,8 +13,8 @@ struct EAggregateModeSetting::Schema {
       Field("AggregateModeSetting", &EAggregateModeSetting::m_AggregateModeSetting));
   static constexpr Layout kLayouts[] = {{0x10062911}};
   // The report names the protocol-name reader, as this setting always has; receivers match on it.
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eAggregateModeSetting", 65,
-                                                 "eHal::EProtocolName::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eAggregateModeSetting", 65,
+                                              "eHal::EProtocolName::SerializeIn"};
 };
 
 }  // namespace eHal

@@ -11,8 +11,8 @@ namespace {
 std::atomic<EArchive::SerializeErrorHandler> gSerializeErrorHandler{nullptr};
 
 // The report for a read that would wrap to position 0 more often than the archive allows.
-constexpr ESerializeErrorSite kWrapLimitError = {"common/ehal/eArchive", 150,
-                                                 "EArchive read beyond its wrap limit"};
+constexpr ERefusalReport kWrapLimitRefusal = {"common/ehal/eArchive", 150,
+                                              "EArchive read beyond its wrap limit"};
 
 bool IsNumberChar(unsigned char c) {
   return static_cast<unsigned char>(c - '0') < 10 || c == '-';
@@ -133,7 +133,7 @@ EArchive& EArchive::SerializeRawStringOut(const std::string& value) {
 
 unsigned int EArchive::StartPosition() {
   if (m_ReadPosition <= m_Buffer.m_Size) return m_ReadPosition;
-  if (m_WrapLimit != 0 && m_WrapCount >= m_WrapLimit) kWrapLimitError.Raise();
+  if (m_WrapLimit != 0 && m_WrapCount >= m_WrapLimit) kWrapLimitRefusal.Raise();
   ++m_WrapCount;
   m_ReadPosition = 0;
   return 0;

@@ -4,14 +4,15 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
 
 struct EClientID::Schema {
   static constexpr auto kFields = std::make_tuple(Field("MajorID", &EClientID::m_MajorID),
                                                   Field("MinorID", &EClientID::m_MinorID));
   static constexpr Layout kLayouts[] = {{0x45980022}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eClientID", 114,
-                                                 "eHal::EClientID::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eClientID", 114,
+                                              "eHal::EClientID::SerializeIn"};
 };
 
 void EClientID::Empty() {

@@ -6,12 +6,21 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
 using eHal::EMessage;
 using eHal::ETableMessage;
 using eHal::ETableName;
+using eHal::detail::Field;
+using eHal::detail::From;
+using eHal::detail::kSigned;
+using eHal::detail::Layout;
+using eHal::detail::NestedCodec;
+using eHal::detail::Property;
+using eHal::detail::ReadPastEnd;
+using eHal::detail::RemainingBytes;
 
 struct ECommandLog::Schema {
+  // A record read starts empty.
+  static constexpr auto kBeforeRead = &ECommandLog::Empty;
   // The commands: their count (written as unsigned 64-bit, read as a signed int), then each
   // command. The reader adds them under the target read before them.
   struct CommandList {
@@ -24,10 +33,13 @@ struct ECommandLog::Schema {
       log.ReadCommands(archive, log.m_CommandTarget);
     }
     static void Describe(ERecordVisitor& visitor, const char* name, const ECommandLog& log) {
-      visitor.BeginList(name, EWire::kUnsigned64, log.m_Commands.size());
+      visitor.BeginList(name, ECountWire::kUnsigned64, log.m_Commands.size());
       for (const ESingleCommand& command : log.m_Commands)
-        Nested::Describe(visitor, "", command);
+        NestedCodec::Describe(visitor, "", command);
       visitor.EndList();
+    }
+    static EValueType Type() {
+      return EValueType::List(ECountWire::kUnsigned64, NestedCodec::TypeFor<ESingleCommand>());
     }
   };
 
@@ -36,11 +48,11 @@ struct ECommandLog::Schema {
                       Field("CommandTarget", &ECommandLog::m_CommandTarget, kSigned),
                       Property<ECommandLog>("Commands", CommandList{}));
   static constexpr Layout kLayouts[] = {
-      {1}, {0x1101001, Lacking(1)},  // no message destination
+      {1}, {0x1101001, From("CommandTarget")},  // no message destination
   };
-  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eCommandLog", 127,
-                                                 "ECommandLog::SerializeIn"};
+  static constexpr ENumberWire kSignatureWire = ENumberWire::kUnsigned32;
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eCommandLog", 127,
+                                              "ECommandLog::SerializeIn"};
 };
 
 namespace {
@@ -160,11 +172,6 @@ void ECommandLog::Swap(ECommandLog& other) {
   m_Commands.swap(other.m_Commands);
   std::swap(m_CommandTarget, other.m_CommandTarget);
   std::swap(m_MessageDestination, other.m_MessageDestination);
-}
-
-void ECommandLog::SerializeIn(EArchive& archive) {
-  Empty();
-  Read<Schema>(archive, *this);
 }
 
 template class ERecord<ECommandLog>;

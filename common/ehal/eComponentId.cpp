@@ -4,14 +4,17 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 struct EComponentId::Schema {
+  // A record read starts empty.
+  static constexpr auto kBeforeRead = &EComponentId::Empty;
   static constexpr auto kFields = std::make_tuple(Field("Components", &EComponentId::m_Components));
   static constexpr Layout kLayouts[] = {{0x18111111}};
   // The report deliberately names another class's reader; receivers match on this text.
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eComponentId", 235,
-                                                 "EBGPAttribute::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eComponentId", 235,
+                                              "EBGPAttribute::SerializeIn"};
 };
 
 EComponentId& EComponentId::operator=(const std::vector<unsigned int>& components) {
@@ -61,11 +64,6 @@ std::string EComponentId::ToString() const {
     text += std::to_string(m_Components[i]);
   }
   return text;
-}
-
-void EComponentId::SerializeIn(EArchive& archive) {
-  Empty();
-  Read<Schema>(archive, *this);
 }
 
 template class ERecord<EComponentId>;

@@ -8,7 +8,13 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::EnumText;
+using detail::Field;
+using detail::From;
+using detail::kSignedOutUnsignedIn;
+using detail::Layout;
+using detail::SameFields;
+using detail::WriteHead;
 
 // Each newer layout put its added fields in front of the older one. The request type and the
 // return code are written signed.
@@ -18,10 +24,11 @@ struct EConditionalStatConfig::Schema {
       Field("PortId", &C::m_PortId), Field("LatencyType", &C::m_LatencyType),
       Field("NumberOfBins", &C::m_NumberOfBins), Field("Base64Xml", &C::m_Base64Xml),
       Field("LatencyMode", &C::m_LatencyMode),
-      Field("RequestType", &C::m_RequestType, kWrittenSigned),
-      Field("ReturnCode", &C::m_ReturnCode, kWrittenSigned), Field("FromPGID", &C::m_FromPGID),
-      Field("ToPGID", &C::m_ToPGID), Field("FromStreamID", &C::m_FromStreamID),
-      Field("ToStreamID", &C::m_ToStreamID), Field("PGIDConfigEnable", &C::m_PGIDConfigEnable),
+      Field("RequestType", &C::m_RequestType, kSignedOutUnsignedIn),
+      Field("ReturnCode", &C::m_ReturnCode, kSignedOutUnsignedIn),
+      Field("FromPGID", &C::m_FromPGID), Field("ToPGID", &C::m_ToPGID),
+      Field("FromStreamID", &C::m_FromStreamID), Field("ToStreamID", &C::m_ToStreamID),
+      Field("PGIDConfigEnable", &C::m_PGIDConfigEnable),
       Field("StreamConfigEnable", &C::m_StreamConfigEnable),
       Field("ScanInterval", &C::m_ScanInterval), Field("ScanTimeStamp", &C::m_ScanTimeStamp),
       Field("PGIDActiveMap", &C::m_PGIDActiveMap),
@@ -29,13 +36,13 @@ struct EConditionalStatConfig::Schema {
       Field("ClientMessageId", &C::m_ClientMessageId));
   static constexpr Layout kLayouts[] = {
       {0x1996196},
-      {0x1996195, Lacking(1)},  // no port id
-      {0x1996194, Lacking(3)},  // no latency type and bins either
-      {0x1996193, Lacking(4)},  // no base64 XML either
-      {0x1996192, Lacking(5)},  // no latency mode either
+      {0x1996195, From("LatencyType")},  // no port id
+      {0x1996194, From("Base64Xml")},    // no latency type and bins either
+      {0x1996193, From("LatencyMode")},  // no base64 XML either
+      {0x1996192, From("RequestType")},  // no latency mode either
   };
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eConditionalStatConfig", 212,
-                                                 "eHal::EConditionalStatConfig::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eConditionalStatConfig", 212,
+                                              "eHal::EConditionalStatConfig::SerializeIn"};
 };
 
 namespace {

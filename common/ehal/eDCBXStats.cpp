@@ -2,7 +2,9 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::From;
+using eHal::detail::Layout;
 
 // Each layout added its counters first; the first one has no DCBXRxError.
 struct EDCBXStats::Schema {
@@ -28,9 +30,9 @@ struct EDCBXStats::Schema {
       Counter("CustomizedDCBXTlvReceived", &EDCBXStats::m_CustomizedDCBXTlvReceived),
       Counter("MismatchTlvDetected", &EDCBXStats::m_MismatchTlvDetected));
   static constexpr Layout kLayouts[] = {
-      {0x2108012a}, {0x21080129, Lacking(2)}, {0x21080128, Lacking(3)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDcbxStats", 172,
-                                                 "EDCBXStats::SerializeIn"};
+      {0x2108012a}, {0x21080129, From("DCBXRxError")}, {0x21080128, From("DCBXSent")}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eDcbxStats", 172,
+                                              "EDCBXStats::SerializeIn"};
 };
 
 template class ERecord<EDCBXStats>;

@@ -2,7 +2,8 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Layout;
 
 struct EDHCPStats::Schema {
   static constexpr auto kFields = std::make_tuple(
@@ -15,8 +16,8 @@ struct EDHCPStats::Schema {
       Counter("DHCPNAKReceived", &EDHCPStats::m_DHCPNAKReceived),
       Counter("DHCPReleasesSent", &EDHCPStats::m_DHCPReleasesSent));
   static constexpr Layout kLayouts[] = {{1}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDHCPStats", 136,
-                                                 "EDHCPStats::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eDHCPStats", 136,
+                                              "EDHCPStats::SerializeIn"};
 };
 
 template class ERecord<EDHCPStats>;

@@ -2,7 +2,8 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Layout;
 
 struct EDHCPv6Stats::Schema {
   static constexpr auto kFields = std::make_tuple(
@@ -15,8 +16,8 @@ struct EDHCPv6Stats::Schema {
       Counter("DHCPv6RepliesReceived", &EDHCPv6Stats::m_DHCPv6RepliesReceived),
       Counter("DHCPv6ReleasesSent", &EDHCPv6Stats::m_DHCPv6ReleasesSent));
   static constexpr Layout kLayouts[] = {{1}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDHCPv6Stats", 142,
-                                                 "EDHCPv6Stats::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eDHCPv6Stats", 142,
+                                              "EDHCPv6Stats::SerializeIn"};
 };
 
 template class ERecord<EDHCPv6Stats>;

@@ -2,7 +2,9 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::From;
+using eHal::detail::Layout;
 
 // The newer layout put the overflow counter in front. A foreign signature is reported under the
 // name of the matching parameters reader, the text that clients of this record have always seen.
@@ -12,9 +14,9 @@ struct EDriverStats::Schema {
                       Counter("PacketsSent", &EDriverStats::m_PacketsSent),
                       Counter("PacketsReceived", &EDriverStats::m_PacketsReceived),
                       Counter("PacketsDroppedByDriver", &EDriverStats::m_PacketsDroppedByDriver));
-  static constexpr Layout kLayouts[] = {{0x18321312}, {0x18321311, Lacking(1)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eDriverStats", 96,
-                                                 "EDriverParameters::SerializeIn"};
+  static constexpr Layout kLayouts[] = {{0x18321312}, {0x18321311, From("PacketsSent")}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eDriverStats", 96,
+                                              "EDriverParameters::SerializeIn"};
 };
 
 template class ERecord<EDriverStats>;

@@ -9,7 +9,11 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::EnumText;
+using detail::Field;
+using detail::Layout;
+using detail::SameFields;
+using detail::WriteHead;
 
 struct EEthernetOAMConfig::Schema {
   using C = EEthernetOAMConfig;
@@ -21,8 +25,8 @@ struct EEthernetOAMConfig::Schema {
       Field("VendorSpecificInfo", &C::m_VendorSpecificInfo),
       Field("MaxIdleTimer", &C::m_MaxIdleTimer), Field("CustomTLV", &C::m_CustomTLV));
   static constexpr Layout kLayouts[] = {{0x1586192}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMConfig", 147,
-                                                 "eHal::EEthernetOAMConfig::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eEthernetOAMConfig", 147,
+                                              "eHal::EEthernetOAMConfig::SerializeIn"};
 };
 
 namespace {

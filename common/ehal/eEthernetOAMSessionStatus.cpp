@@ -6,15 +6,17 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
+using detail::SameFields;
 
 struct EEthernetOAMSesionStatus::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("LocalStatus", &EEthernetOAMSesionStatus::m_LocalStatus),
                       Field("RemoteStatus", &EEthernetOAMSesionStatus::m_RemoteStatus));
   static constexpr Layout kLayouts[] = {{0x78156152}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMSessionStatus", 97,
-                                                 "eHal::EEthernetOAMSesionStatus::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eEthernetOAMSessionStatus", 97,
+                                              "eHal::EEthernetOAMSesionStatus::SerializeIn"};
 };
 
 void EEthernetOAMSesionStatus::Swap(EEthernetOAMSesionStatus& other) {

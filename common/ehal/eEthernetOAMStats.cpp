@@ -2,7 +2,8 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Layout;
 
 // The signature lies above 2^31 and is written unsigned, so that its text is never negative.
 struct EEthernetOAMStats::Schema {
@@ -16,9 +17,9 @@ struct EEthernetOAMStats::Schema {
       Counter("VariableResponsePDUsReceived", &EEthernetOAMStats::m_VariableResponsePDUsReceived),
       Counter("UnsupportedPDUsReceived", &EEthernetOAMStats::m_UnsupportedPDUsReceived));
   static constexpr Layout kLayouts[] = {{0x91201742}};
-  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMStats", 149,
-                                                 "EEthernetOAMStats::SerializeIn"};
+  static constexpr ENumberWire kSignatureWire = ENumberWire::kUnsigned32;
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eEthernetOAMStats", 149,
+                                              "EEthernetOAMStats::SerializeIn"};
 };
 
 std::string EEthernetOAMStats::ToString() const {

@@ -7,7 +7,9 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
+using detail::SameFields;
 
 struct EEthernetOAMStatus::Schema {
   using S = EEthernetOAMStatus;
@@ -18,8 +20,8 @@ struct EEthernetOAMStatus::Schema {
       Field("OrgUniqueIdentifier", &S::m_OrgUniqueIdentifier),
       Field("VendorSpecificInfo", &S::m_VendorSpecificInfo), Field("Flags", &S::m_Flags));
   static constexpr Layout kLayouts[] = {{0x28356872}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eEthernetOAMStatus", 139,
-                                                 "eHal::EEthernetOAMStatus::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eEthernetOAMStatus", 139,
+                                              "eHal::EEthernetOAMStatus::SerializeIn"};
 };
 
 void EEthernetOAMStatus::Swap(EEthernetOAMStatus& other) {

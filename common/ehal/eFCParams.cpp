@@ -2,15 +2,19 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::kSignedOutUnsignedIn;
+using eHal::detail::Layout;
 
 // The signature is a version number. The timeout selections are written signed.
 struct EFCParams::Schema {
   using P = EFCParams;
   static constexpr auto kFields = std::make_tuple(
       Field("RtTOVOverride", &P::m_RtTOVOverride), Field("RaTOVOverride", &P::m_RaTOVOverride),
-      Field("EdTOVOverride", &P::m_EdTOVOverride), Field("RtTOV", &P::m_RtTOV, kWrittenSigned),
-      Field("RaTOV", &P::m_RaTOV, kWrittenSigned), Field("EdTOV", &P::m_EdTOV, kWrittenSigned),
+      Field("EdTOVOverride", &P::m_EdTOVOverride),
+      Field("RtTOV", &P::m_RtTOV, kSignedOutUnsignedIn),
+      Field("RaTOV", &P::m_RaTOV, kSignedOutUnsignedIn),
+      Field("EdTOV", &P::m_EdTOV, kSignedOutUnsignedIn),
       Field("RemoteBBCredit", &P::m_RemoteBBCredit), Field("BbSCN", &P::m_BbSCN),
       Field("RtTOVOverrideValid", &P::m_RtTOVOverrideValid),
       Field("RaTOVOverrideValid", &P::m_RaTOVOverrideValid),
@@ -22,8 +26,8 @@ struct EFCParams::Schema {
       Field("ReservedLong1", &P::m_ReservedLong1), Field("ReservedLong2", &P::m_ReservedLong2),
       Field("ReservedText", &P::m_ReservedText));
   static constexpr Layout kLayouts[] = {{1}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eFCParams", 175,
-                                                 "EFCParams::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eFCParams", 175,
+                                              "EFCParams::SerializeIn"};
 };
 
 void EFCParams::Empty() {

@@ -2,7 +2,8 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 // The signature is a version number.
 struct EFCPhyMessage::Schema {
@@ -13,8 +14,8 @@ struct EFCPhyMessage::Schema {
                       Field("ReservedLong2", &EFCPhyMessage::m_ReservedLong2));
   static constexpr Layout kLayouts[] = {{1}};
   // The report names the parameters reader; receivers match on this text.
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eFCPhyMessage", 83,
-                                                 "EFCParams::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eFCPhyMessage", 83,
+                                              "EFCParams::SerializeIn"};
 };
 
 void EFCPhyMessage::Empty() {

@@ -2,7 +2,9 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::From;
+using eHal::detail::Layout;
 
 // Each layout added its counters ahead of the previous one's.
 struct EFCoEStats::Schema {
@@ -35,9 +37,12 @@ struct EFCoEStats::Schema {
       Counter("FCoENSRegSuccessful", &EFCoEStats::m_FCoENSRegSuccessful),
       Counter("FCoENPortsEnabled", &EFCoEStats::m_FCoENPortsEnabled),
       Counter("FCoENPortIdsAcquired", &EFCoEStats::m_FCoENPortIdsAcquired));
-  static constexpr Layout kLayouts[] = {{4}, {3, Lacking(4)}, {2, Lacking(9)}, {1, Lacking(13)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eFCoEStats", 270,
-                                                 "EFCoEStats::SerializeIn"};
+  static constexpr Layout kLayouts[] = {{4},
+                                        {3, From("FCoENSQuerySent")},
+                                        {2, From("FCoEDiscoverySolicitationsSent")},
+                                        {1, From("FCoEFlogiSent")}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eFCoEStats", 270,
+                                              "EFCoEStats::SerializeIn"};
 };
 
 template class ERecord<EFCoEStats>;

@@ -2,7 +2,8 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Layout;
 
 // A foreign signature is reported under the name of the matching parameters reader, the text that
 // clients of this record have always seen.
@@ -13,8 +14,8 @@ struct EGreStats::Schema {
                       Counter("GreBytesSent", &EGreStats::m_GreBytesSent),
                       Counter("GreBytesReceived", &EGreStats::m_GreBytesReceived));
   static constexpr Layout kLayouts[] = {{1}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eGreStats", 93,
-                                                 "EGreParameters::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eGreStats", 93,
+                                              "EGreParameters::SerializeIn"};
 };
 
 template class ERecord<EGreStats>;

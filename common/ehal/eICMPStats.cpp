@@ -2,7 +2,9 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::From;
+using eHal::detail::Layout;
 
 // The newer layout put two counters in front. A foreign signature is reported under the name of the
 // matching parameters reader, the text that clients of this record have always seen.
@@ -12,9 +14,9 @@ struct EICMPStats::Schema {
                       Counter("EchoRequestsSent", &EICMPStats::m_EchoRequestsSent),
                       Counter("EchoResponsesSent", &EICMPStats::m_EchoResponsesSent),
                       Counter("EchoRequestsReceived", &EICMPStats::m_EchoRequestsReceived));
-  static constexpr Layout kLayouts[] = {{0x18321312}, {0x18321311, Lacking(2)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eICMPStats", 103,
-                                                 "EICMPParameters::SerializeIn"};
+  static constexpr Layout kLayouts[] = {{0x18321312}, {0x18321311, From("EchoResponsesSent")}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eICMPStats", 103,
+                                              "EICMPParameters::SerializeIn"};
 };
 
 template class ERecord<EICMPStats>;

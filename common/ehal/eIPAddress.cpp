@@ -10,7 +10,19 @@
 #include "eRecordSchema.h"
 #include "eTextDigits.h"
 
-using namespace eHal::detail;
+using eHal::detail::BlobOfCodec;
+using eHal::detail::Field;
+using eHal::detail::From;
+using eHal::detail::kSignedOutUnsignedIn;
+using eHal::detail::Layout;
+using eHal::detail::Property;
+using eHal::detail::ReadBigEndian32;
+using eHal::detail::ReadRecord;
+using eHal::detail::Set;
+using eHal::detail::Write;
+using eHal::detail::WriteBigEndian32;
+using eHal::detail::WriteDecimal;
+using eHal::detail::WriteUpperHex;
 
 struct EIPAddress::Schema {
   // The address bytes travel as a blob of 4 or 16 bytes, by the type before them.
@@ -19,12 +31,15 @@ struct EIPAddress::Schema {
   }
 
   static constexpr auto kFields = std::make_tuple(
-      Field("Type", &EIPAddress::m_Type, kWrittenSigned),
-      Property<EIPAddress>("Address", BlobOf<&EIPAddress::GetAddressAsBlob, SetAddressBytes>{}));
+      Field("Type", &EIPAddress::m_Type, kSignedOutUnsignedIn),
+      Property<EIPAddress>("Address",
+                           BlobOfCodec<&EIPAddress::GetAddressAsBlob, SetAddressBytes>{}));
   // The old layout carries no type: the address is IPv4.
-  static constexpr Layout kLayouts[] = {{0x18111112}, {0x18111111, Lacking(1)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddress", 522,
-                                                 "EIPAddress::SerializeIn"};
+  static constexpr Layout kLayouts[] = {{0x18111112}, {0x18111111, From("Address")}};
+  // The type is set before the signature is checked, so a refused record still leaves it.
+  static constexpr auto kOnSignature = Set(&EIPAddress::m_Type, unsigned{eIPv4Address});
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eIPAddress", 522,
+                                              "EIPAddress::SerializeIn"};
 };
 
 void EIPAddress::Empty() {
@@ -47,10 +62,7 @@ void EIPAddress::SerializeOut(EArchive& archive) const {
 }
 
 void EIPAddress::SerializeIn(EArchive& archive) {
-  const unsigned int signature = archive.ReadUnsignedInt();
-  // The type is set before the signature is checked, so a refused record still leaves it.
-  m_Type = eIPv4Address;
-  ReadFields<Schema>(archive, *this, FindLayout<Schema>(signature));
+  ReadRecord<Schema>(archive, *this);
 }
 
 void EIPAddress::SetAddress(const unsigned char* bytes, unsigned int type) {

@@ -3,15 +3,19 @@
 #include "eByteOrder.h"
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
+using eHal::detail::ReadBigEndian32;
+using eHal::detail::SameFields;
+using eHal::detail::WriteBigEndian32;
 
 struct EIPAddressRange::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("IPAddress", &EIPAddressRange::m_Address),
                       Field("RangeCount", &EIPAddressRange::m_RangeCount));
   static constexpr Layout kLayouts[] = {{0x44444444}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddressRange", 195,
-                                                 "EIPAddressRange::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eIPAddressRange", 195,
+                                              "EIPAddressRange::SerializeIn"};
 };
 
 namespace {

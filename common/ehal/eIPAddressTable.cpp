@@ -13,14 +13,21 @@
 #include "eRecordSchema.h"
 #include "eTrace.h"
 
-using namespace eHal::detail;
+using eHal::detail::BasePartCodec;
+using eHal::detail::KeptDescription;
+using eHal::detail::Layout;
+using eHal::detail::Property;
+using eHal::detail::ReadBigEndian32;
+using eHal::detail::ReadRecord;
+using eHal::detail::Write;
+using eHal::detail::WriteBigEndian32;
 
 struct EIPAddressTable::Schema {
   static constexpr auto kFields =
-      std::make_tuple(Property<EIPAddressTable>("AddressTable", BasePart<Base>{}));
+      std::make_tuple(Property<EIPAddressTable>("AddressTable", BasePartCodec<Base>{}));
   static constexpr Layout kLayouts[] = {{0x22222222}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddressTable", 97,
-                                                 "EIPAddressTable::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eIPAddressTable", 97,
+                                              "EIPAddressTable::SerializeIn"};
 };
 
 namespace {
@@ -271,11 +278,15 @@ void EIPAddressTable::SerializeOut(EArchive& archive) const {
 }
 
 void EIPAddressTable::SerializeIn(EArchive& archive) {
-  Read<Schema>(archive, *this);
+  ReadRecord<Schema>(archive, *this);
 }
 
 void EIPAddressTable::Describe(ERecordVisitor& visitor, const char* name) const {
   eHal::detail::Describe<Schema>(visitor, name, *this);
+}
+
+const ERecordDescription& EIPAddressTable::Description() {
+  return KeptDescription<Schema>();
 }
 
 EArchive& operator<<(EArchive& archive, const EIPAddressTable& table) {

@@ -6,7 +6,11 @@
 #include "eRecordSchema.h"
 #include "eTrace.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::From;
+using eHal::detail::Layout;
+using eHal::detail::ReadBigEndian32;
+using eHal::detail::WriteBigEndian32;
 
 // Each layout added its fields in front of the next older one: version 3 the ATM fields, 2 the
 // reservation, 1 the interface-derived flag, 0x33333336 the gateway, 0x33333335 the ISL and VLAN
@@ -25,15 +29,15 @@ struct EIPAddressTableItem::Schema {
       Field("MACAddressRange", &R::m_MACAddressRange));
   static constexpr Layout kLayouts[] = {
       {3},
-      {2, Lacking(4)},
-      {1, Lacking(5)},
-      {0x33333336, Lacking(6)},
-      {0x33333335, Lacking(8)},
-      {0x33333334, Lacking(10)},
-      {0x33333333, Lacking(12)},
+      {2, From("ReserveForPCPU")},
+      {1, From("InterfaceDerived")},
+      {0x33333336, From("Gateway")},
+      {0x33333335, From("ISLProperties")},
+      {0x33333334, From("UseNetworkNumber")},
+      {0x33333333, From("IPAddressRange")},
   };
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPAddressTableItem", 311,
-                                                 "EIPAddressTableItem::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eIPAddressTableItem", 311,
+                                              "EIPAddressTableItem::SerializeIn"};
 };
 
 namespace {

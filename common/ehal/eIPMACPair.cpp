@@ -2,7 +2,8 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 struct EIPMACPair::Schema {
   static constexpr auto kFields =
@@ -13,8 +14,8 @@ struct EIPMACPair::Schema {
                       Field("SourceResolved", &EIPMACPair::m_SourceResolved),
                       Field("DestinationResolved", &EIPMACPair::m_DestinationResolved));
   static constexpr Layout kLayouts[] = {{0x18111311}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPMACPair", 99,
-                                                 "EIPMACPair::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eIPMACPair", 99,
+                                              "EIPMACPair::SerializeIn"};
 };
 
 void EIPMACPair::Empty() {

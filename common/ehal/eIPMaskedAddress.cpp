@@ -7,38 +7,36 @@
 #include "eByteOrder.h"
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::BasePartCodec;
+using eHal::detail::BlobOfCodec;
+using eHal::detail::KeptDescription;
+using eHal::detail::Layout;
+using eHal::detail::PartCodec;
+using eHal::detail::Property;
+using eHal::detail::ReadBigEndian32;
+using eHal::detail::ReadRecord;
+using eHal::detail::WriteBigEndian32;
+using eHal::detail::WriteFields;
 
 // The address record as EIPAddress writes it, then the mask: a signature of its own and the 4 or
 // 16 mask bytes as a blob.
 struct EIPMaskedAddress::Schema {
-  struct MaskPart {
-    static constexpr unsigned int kSignature = 0x19111111;
+  // The mask bytes, read back for the address type read before them.
+  static void SetMaskBytes(EIPMaskedAddress& masked, const EBlob& bytes) {
+    masked.SetMask(bytes, static_cast<int>(masked.GetType()));
+  }
 
-    static void Write(EArchive& archive, const EIPMaskedAddress& masked) {
-      kWrittenSigned.Write(archive, kSignature);
-      archive << masked.GetMaskAsBlob();
-    }
-    static void Read(EArchive& archive, EIPMaskedAddress& masked) {
-      if (archive.ReadUnsignedInt() != kSignature) kError.Raise();
-      EBlob mask;
-      archive >> mask;
-      masked.SetMask(mask, static_cast<int>(masked.GetType()));
-    }
-    static void Describe(ERecordVisitor& visitor, const char* name,
-                         const EIPMaskedAddress& masked) {
-      visitor.BeginRecord(name);
-      kWrittenSigned.Describe(visitor, "Signature", kSignature);
-      visitor.Bytes("Mask", masked.GetMaskAsBlob());
-      visitor.EndRecord();
-    }
+  struct MaskSchema {
+    static constexpr auto kFields = std::make_tuple(Property<EIPMaskedAddress>(
+        "Mask", BlobOfCodec<&EIPMaskedAddress::GetMaskAsBlob, SetMaskBytes>{}));
+    static constexpr Layout kLayouts[] = {{0x19111111}};
+    static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eIPMaskedAddress", 211,
+                                                "EIPMaskedAddress::SerializeIn"};
   };
 
   static constexpr auto kFields =
-      std::make_tuple(Property<EIPMaskedAddress>("Address", BasePart<EIPAddress>{}),
-                      Property<EIPMaskedAddress>("Mask", MaskPart{}));
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eIPMaskedAddress", 211,
-                                                 "EIPMaskedAddress::SerializeIn"};
+      std::make_tuple(Property<EIPMaskedAddress>("Address", BasePartCodec<EIPAddress>{}),
+                      Property<EIPMaskedAddress>("Mask", PartCodec<MaskSchema>{}));
 };
 
 namespace {
@@ -78,11 +76,15 @@ void EIPMaskedAddress::SerializeOut(EArchive& archive) const {
 }
 
 void EIPMaskedAddress::SerializeIn(EArchive& archive) {
-  ReadWithoutSignature<Schema>(archive, *this);
+  ReadRecord<Schema>(archive, *this);
 }
 
 void EIPMaskedAddress::Describe(ERecordVisitor& visitor, const char* name) const {
   eHal::detail::Describe<Schema>(visitor, name, *this);
+}
+
+const ERecordDescription& EIPMaskedAddress::Description() {
+  return KeptDescription<Schema>();
 }
 
 std::vector<ERecordLayout> EIPMaskedAddress::Layouts() {

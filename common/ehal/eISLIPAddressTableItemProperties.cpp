@@ -4,7 +4,8 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 struct EISLIPAddressTableItemProperties::Schema {
   using R = EISLIPAddressTableItemProperties;
@@ -13,9 +14,8 @@ struct EISLIPAddressTableItemProperties::Schema {
       Field("VLANID", &R::m_VLANID), Field("UserPriority", &R::m_UserPriority),
       Field("BPDUIndicator", &R::m_BPDUIndicator), Field("Index", &R::m_Index));
   static constexpr Layout kLayouts[] = {{0x43156111}};
-  static constexpr ESerializeErrorSite kError = {
-      "x86_64/common/ehal/eISLIPAddressTableItemProperties", 202,
-      "EISLIPAddressTableItemProperties::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eISLIPAddressTableItemProperties",
+                                              202, "EISLIPAddressTableItemProperties::SerializeIn"};
 };
 
 void EISLIPAddressTableItemProperties::SetVLANMappingMode(unsigned int mode) {

@@ -7,7 +7,9 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::kByte;
+using detail::Layout;
+using detail::Property;
 
 namespace {
 constexpr int kBytes = 16;
@@ -28,17 +30,18 @@ struct Integer16Byte::Schema {
       }
     }
     static void Describe(ERecordVisitor& visitor, const char* name, const Integer16Byte& value) {
-      visitor.BeginList(name, EWire::kNone, kBytes);
+      visitor.BeginList(name, ECountWire::kFixed, kBytes);
       for (int i = 0; i < kBytes; ++i)
         kByte.Describe(visitor, "", value[i]);
       visitor.EndList();
     }
+    static EValueType Type() { return EValueType::List(ECountWire::kFixed, kByte.Type(), kBytes); }
   };
 
   static constexpr auto kFields = std::make_tuple(Property<Integer16Byte>("Bytes", ByteList{}));
   static constexpr Layout kLayouts[] = {{1}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eInteger16Byte", 782,
-                                                 "eHal::Integer16Byte::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eInteger16Byte", 782,
+                                              "eHal::Integer16Byte::SerializeIn"};
 };
 
 Integer16Byte::Integer16Byte(unsigned long low) {

@@ -2,7 +2,9 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::kDropped;
+using eHal::detail::Layout;
 
 struct ELLDPStats::Schema {
   static constexpr auto kFields =
@@ -13,10 +15,12 @@ struct ELLDPStats::Schema {
                       Counter("LLDPRxError", &ELLDPStats::m_LLDPRxError),
                       Counter("LLDPRxTlvUnrecognized", &ELLDPStats::m_LLDPRxTlvUnrecognized));
   // The first layout carries two values the record no longer keeps and no neighbour count.
-  static constexpr int kFirstLayout[] = {1, 2, 3, kDropped, 4, kDropped, 5};
+  static constexpr const char* kFirstLayout[] = {
+      "LLDPSent",    "LLDPReceived", "LLDPRxAgeout",         kDropped,
+      "LLDPRxError", kDropped,       "LLDPRxTlvUnrecognized"};
   static constexpr Layout kLayouts[] = {{0x21080129}, {0x21080128, kFirstLayout}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eLldpStats", 125,
-                                                 "ELLDPStats::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eLldpStats", 125,
+                                              "ELLDPStats::SerializeIn"};
 };
 
 template class ERecord<ELLDPStats>;

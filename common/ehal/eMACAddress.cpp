@@ -5,13 +5,15 @@
 #include "eRecordSchema.h"
 #include "eTextDigits.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::JoinLowerHexPairs;
+using eHal::detail::Layout;
 
 struct EMACAddress::Schema {
   static constexpr auto kFields = std::make_tuple(Field("MACAddress", &EMACAddress::m_Address));
   static constexpr Layout kLayouts[] = {{0x17111111}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMACAddress", 119,
-                                                 "EMACAddress::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eMACAddress", 119,
+                                              "EMACAddress::SerializeIn"};
 };
 
 EMACAddress::EMACAddress() {

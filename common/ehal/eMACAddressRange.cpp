@@ -2,7 +2,8 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 struct EMACAddressRange::Schema {
   static constexpr auto kFields =
@@ -10,8 +11,8 @@ struct EMACAddressRange::Schema {
                       Field("MACRangeCount", &EMACAddressRange::m_RangeCount),
                       Field("MACMode", &EMACAddressRange::m_MACMode));
   static constexpr Layout kLayouts[] = {{0x15111111}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMACAddressRange", 135,
-                                                 "EMACAddressRange::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eMACAddressRange", 135,
+                                              "EMACAddressRange::SerializeIn"};
 };
 
 void EMACAddressRange::Empty() {

@@ -10,7 +10,13 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::EnumText;
+using detail::Field;
+using detail::From;
+using detail::kSignedOutUnsignedIn;
+using detail::Layout;
+using detail::SameFields;
+using detail::WriteHead;
 
 // Travels inside the table of EMacSec, without a signature of its own.
 struct EMacSec::ESecureAssociation::Schema {
@@ -25,13 +31,14 @@ struct EMacSec::Schema {
       Field("ConfOff", &EMacSec::m_ConfOff), Field("RequestType", &EMacSec::m_RequestType),
       Field("ReturnCode", &EMacSec::m_ReturnCode),
       Field("ClientMessageId", &EMacSec::m_ClientMessageId),
-      Field("TableId", &EMacSec::m_TableId, kWrittenSigned), Field("SATable", &EMacSec::m_SATable));
+      Field("TableId", &EMacSec::m_TableId, kSignedOutUnsignedIn),
+      Field("SATable", &EMacSec::m_SATable));
   static constexpr Layout kLayouts[] = {
-      {0x13758242},              // the offset, then the older layout
-      {0x13758241, Lacking(1)},  // no offset
+      {0x13758242},                       // the offset, then the older layout
+      {0x13758241, From("RequestType")},  // no offset
   };
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMacSec", 137,
-                                                 "eHal::EMacSec::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eMacSec", 137,
+                                              "eHal::EMacSec::SerializeIn"};
 };
 
 namespace {

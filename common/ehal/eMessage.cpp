@@ -4,7 +4,10 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::From;
+using detail::kByte;
+using detail::Layout;
 
 // Only version 3 is written. Versions 1 and 2 lack the leading port count and port id; the
 // signatures of the layouts before them lack the destination and then the client id as well.
@@ -17,14 +20,14 @@ struct EMessage::Schema {
       Field("Message", &EMessage::m_Message));
   static constexpr Layout kLayouts[] = {
       {3},
-      {2, Lacking(1)},
-      {1, Lacking(2)},
-      {0x77220024, Lacking(3)},
-      {0x77220023, Lacking(3)},
-      {0x77220022, Lacking(4)},
+      {2, From("MessagePortId")},
+      {1, From("Destination")},
+      {0x77220024, From("ClientID")},
+      {0x77220023, From("ClientID")},
+      {0x77220022, From("MessageType")},
   };
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMessage", 157,
-                                                 "eHal::EMessage::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eMessage", 157,
+                                              "eHal::EMessage::SerializeIn"};
 };
 
 unsigned int EMessage::m_CurrentSequenceNumber = 0;

@@ -2,15 +2,17 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
+using eHal::detail::SameFields;
 
 struct EMultiComponentId::Schema {
   static constexpr auto kFields = std::make_tuple(Field("Id", &EMultiComponentId::m_Id),
                                                   Field("Leaves", &EMultiComponentId::m_Leaves));
   // The same signature as a single identifier; the reader must know which one it expects.
   static constexpr Layout kLayouts[] = {{0x18111111}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eMultiComponentId", 261,
-                                                 "EMultiComponentId::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eMultiComponentId", 261,
+                                              "EMultiComponentId::SerializeIn"};
 };
 
 namespace {

@@ -2,7 +2,8 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Layout;
 
 // A foreign signature is reported under the name of the matching parameters reader, the text that
 // clients of this record have always seen.
@@ -15,9 +16,8 @@ struct ENeighborSolicitationStats::Schema {
       Counter("Icmp6InNeighborAdvertisements",
               &ENeighborSolicitationStats::m_Icmp6InNeighborAdvertisements));
   static constexpr Layout kLayouts[] = {{0x18321311}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eNeighborSolicitationStats",
-                                                 106,
-                                                 "ENeighborSolicitationParameters::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eNeighborSolicitationStats", 106,
+                                              "ENeighborSolicitationParameters::SerializeIn"};
 };
 
 template class ERecord<ENeighborSolicitationStats>;

@@ -4,7 +4,9 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::From;
+using detail::Layout;
 
 // Older layouts lack the port id, then the client id too; those keep their values.
 struct EOutgoingMessage::Schema {
@@ -14,9 +16,9 @@ struct EOutgoingMessage::Schema {
                       Field("MessageType", &EOutgoingMessage::m_MessageType),
                       Field("Message", &EOutgoingMessage::m_Message));
   static constexpr Layout kLayouts[] = {
-      {0x33224457}, {0x33224456, Lacking(1)}, {0x33224455, Lacking(2)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eOutgoingMessage", 111,
-                                                 "eHal::EOutgoingMessage::SerializeIn"};
+      {0x33224457}, {0x33224456, From("ClientID")}, {0x33224455, From("MessageType")}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eOutgoingMessage", 111,
+                                              "eHal::EOutgoingMessage::SerializeIn"};
 };
 
 void EOutgoingMessage::Empty() {

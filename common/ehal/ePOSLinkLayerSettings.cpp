@@ -8,9 +8,14 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::EnumText;
+using detail::Field;
+using detail::Layout;
+using detail::PartCodec;
+using detail::SameFields;
 
-// One field, the ports. SerializeIn reads the older layout by hand: it carries port 0 only.
+// The ports from 63 down to 0; the older layout carries port 0 only (the other ports keep their
+// values).
 struct EPOSLinkLayerSettings::Schema {
   // One port's entry, without a signature of its own.
   struct PortSchema {
@@ -18,38 +23,49 @@ struct EPOSLinkLayerSettings::Schema {
         std::make_tuple(Field("LinkType", &Port::linkType), Field("TxCRCSize", &Port::txCRCSize),
                         Field("RxCRCSize", &Port::rxCRCSize));
   };
+  using PortCodec = PartCodec<PortSchema>;
 
-  // The ports from 63 down to 0.
+  // Every port, from 63 down to 0.
   struct Ports {
     using Array = Port[kPortCount];
 
     static void Write(EArchive& archive, const Array& ports) {
       for (unsigned int port = kPortCount; port-- > 0;)
-        WriteFields<PortSchema>(archive, ports[port]);
+        PortCodec::Write(archive, ports[port]);
     }
-    static void Read(EArchive& archive, Array& ports) { ReadFirst(archive, ports, kPortCount); }
-    // Reads ports `count` - 1 down to 0.
-    static void ReadFirst(EArchive& archive, Array& ports, unsigned int count) {
-      for (unsigned int port = count; port-- > 0;)
-        ReadWithoutSignature<PortSchema>(archive, ports[port]);
+    static void Read(EArchive& archive, Array& ports) {
+      for (unsigned int port = kPortCount; port-- > 0;)
+        PortCodec::Read(archive, ports[port]);
     }
     static void Describe(ERecordVisitor& visitor, const char* name, const Array& ports) {
-      visitor.BeginList(name, EWire::kNone, kPortCount);
+      visitor.BeginList(name, ECountWire::kFixed, kPortCount);
       for (unsigned int port = kPortCount; port-- > 0;)
-        detail::Describe<PortSchema>(visitor, "", ports[port]);
+        PortCodec::Describe(visitor, "", ports[port]);
       visitor.EndList();
     }
+    static EValueType Type() {
+      return EValueType::List(ECountWire::kFixed, PortCodec::Type(), kPortCount);
+    }
+  };
+
+  // Port 0 alone, as the older layout carries it.
+  struct FirstPort {
+    static void Read(EArchive& archive, Ports::Array& ports) { PortCodec::Read(archive, ports[0]); }
+    static EValueType Type() { return PortCodec::Type(); }
   };
 
   static constexpr auto kFields =
       std::make_tuple(Field("Ports", &EPOSLinkLayerSettings::m_Ports, Ports{}));
+  static constexpr auto kReadOnlyFields =
+      std::make_tuple(Field("Port0", &EPOSLinkLayerSettings::m_Ports, FirstPort{}));
+  static constexpr const char* kPortZeroOnly[] = {"Port0"};
   static constexpr Layout kLayouts[] = {
-      {0x11334357},  // every port
-      {0x11334356},  // port 0 only
+      {0x11334357},                 // every port
+      {0x11334356, kPortZeroOnly},  // port 0 only
   };
   // The report names the protocol-name reader; receivers match on this text.
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePOSLinkLayerSettings", 139,
-                                                 "eHal::EProtocolName::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/ePOSLinkLayerSettings", 139,
+                                              "eHal::EProtocolName::SerializeIn"};
 };
 
 namespace {
@@ -95,13 +111,6 @@ std::string EPOSLinkLayerSettings::GetLogString(unsigned int port) const {
        << " TxCRCSize:" << GetTxCRCSizeInBits(port) << " RxCRCSize:" << GetRxCRCSizeInBits(port)
        << "\n";
   return text.str();
-}
-
-void EPOSLinkLayerSettings::SerializeIn(EArchive& archive) {
-  const Layout& layout = FindLayout<Schema>(archive.ReadUnsignedInt());
-  // Every older layout carries port 0 only.
-  const bool current = &layout == &Schema::kLayouts[0];
-  Schema::Ports::ReadFirst(archive, m_Ports, current ? kPortCount : 1);
 }
 
 }  // namespace eHal

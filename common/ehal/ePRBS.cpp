@@ -9,7 +9,12 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::EnumText;
+using detail::Field;
+using detail::From;
+using detail::Layout;
+using detail::SameFields;
+using detail::WriteHead;
 
 // Each newer layout put one id in front of the older one.
 struct EPRBS::Schema {
@@ -20,11 +25,11 @@ struct EPRBS::Schema {
       Field("Start", &EPRBS::m_Start), Field("Packets", &EPRBS::m_Packets));
   static constexpr Layout kLayouts[] = {
       {0x11334358},
-      {0x11334357, Lacking(1)},  // no client message id
-      {0x11334356, Lacking(2)},  // no client message id, no extra id
+      {0x11334357, From("ExtraId")},      // no client message id
+      {0x11334356, From("RequestType")},  // no client message id, no extra id
   };
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePRBS", 160,
-                                                 "eHal::EPRBS::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/ePRBS", 160,
+                                              "eHal::EPRBS::SerializeIn"};
 };
 
 namespace {

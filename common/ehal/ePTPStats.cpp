@@ -2,7 +2,10 @@
 
 #include "eStatsSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Counter;
+using eHal::detail::Field;
+using eHal::detail::From;
+using eHal::detail::Layout;
 
 // Layout 3 put the clock state ahead of the counters; layouts 1 and 2 carry only the counters.
 struct EPTPStats::Schema {
@@ -27,9 +30,9 @@ struct EPTPStats::Schema {
       Counter("DelayResponsesReceived", &EPTPStats::m_DelayResponsesReceived),
       Counter("AnnouncesSent", &EPTPStats::m_AnnouncesSent),
       Counter("AnnouncesReceived", &EPTPStats::m_AnnouncesReceived));
-  static constexpr Layout kLayouts[] = {{3}, {2, Lacking(11)}, {1, Lacking(11)}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePTPStats", 195,
-                                                 "EPTPStats::SerializeIn"};
+  static constexpr Layout kLayouts[] = {{3}, {2, From("SyncSent")}, {1, From("SyncSent")}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/ePTPStats", 195,
+                                              "EPTPStats::SerializeIn"};
 };
 
 template class ERecord<EPTPStats>;

@@ -6,15 +6,17 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
+using detail::SameFields;
 
 struct EPacket::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("PacketTimestamp", &EPacket::m_PacketTimestamp),
                       Field("PacketData", &EPacket::m_PacketData));
   static constexpr Layout kLayouts[] = {{0x112344}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/ePacket", 108,
-                                                 "eHal::EPacket::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/ePacket", 108,
+                                              "eHal::EPacket::SerializeIn"};
 };
 
 void EPacket::Empty() {

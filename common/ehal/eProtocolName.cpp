@@ -6,14 +6,15 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
 
 struct EProtocolName::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("ProtocolName", &EProtocolName::m_ProtocolName));
   static constexpr Layout kLayouts[] = {{0x42220022}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eProtocolName", 109,
-                                                 "eHal::EProtocolName::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eProtocolName", 109,
+                                              "eHal::EProtocolName::SerializeIn"};
 };
 
 const std::string EProtocolNames::EPORT = "EPORT";

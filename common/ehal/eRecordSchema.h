@@ -1,5 +1,6 @@
 // The record schema: how a record's source file states its archive form, and the one machinery
-// that writes, reads and describes every record from that statement. Internal to the library.
+// that writes, reads, describes and statically describes every record from that statement.
+// Internal to the library.
 //
 // A record `X : ERecord<X>` defines, in its source file:
 //
@@ -10,25 +11,38 @@
 //         ...);
 //     static constexpr Layout kLayouts[] = {             // every accepted layout, newest first
 //         {0x33224457},                                  // the one written: every field
-//         {0x33224456, Lacking(1)},                      // an older one: without the first field
+//         {0x33224456, From("Destination")},             // an older one: from that field on
 //     };
-//     static constexpr ESerializeErrorSite kError = {file, line, function};
+//     static constexpr ERefusalReport kRefusal = {file, line, function};
 //   };
 //   template class ERecord<X>;
 //
-// A layout either lacks some leading fields of the newest one (newer layouts put their added
-// fields first) or lists the fields it carries, which may include fields that only older layouts
-// carry (`kReadOnlyFields`, numbered after kFields). A schema without kLayouts describes a record
-// that travels without a signature of its own; `kSignatureWire` may say the signature is written
-// unsigned. A step that a field list cannot say is a codec of its own (Write, Read, Describe) or
-// a hand-written SerializeIn beside the schema.
+// A layout either carries the newest layout's fields from a named one on (newer layouts put their
+// added fields first), or lists the names of the fields it carries in archive order, which may
+// include fields that only older layouts carry (`kReadOnlyFields`) and kDropped for a value the
+// record no longer keeps. Names are resolved when the record is compiled: a misspelt name, a
+// listed layout out of schema order or a repeated signature does not compile.
+//
+// A schema may also declare, each optional:
+//   kSignatureWire      the form the signature is written in (default kSignedOutUnsignedIn);
+//   kReadOnlyFields     fields that only older layouts carry, read and never written;
+//   kBeforeRead         a member function the reader calls before anything is read (Empty);
+//   kOnSignature        Set(&X::m_Member, value): a value stored as soon as the signature is
+//                       read, before it is checked (so a refused record keeps it too);
+//   kReadBeforeCheck    the name of the last field read before the signature is checked;
+//   kAfterRead          a member function the reader calls after the fields;
+// and a field may say `.OrWhenAbsent(value)`: the value it takes from a layout that lacks it
+// (otherwise it keeps its value). A schema without kLayouts describes a record that travels
+// without a signature of its own.
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -38,19 +52,97 @@
 #include "eArchive.h"
 #include "eBlob.h"
 #include "eRecord.h"
+#include "eRecordDescription.h"
 
 namespace eHal::detail {
 
 // ---------------------------------------------------------------------------------------------
-// Codecs: how one member travels. Each has Write, Read and Describe for its member type.
+// Codecs: how one value travels. A codec is a stateless struct with static functions, in one of
+// four roles, each checked at compile time where it is used:
+//   - member codec (Field): Write(archive, const M&), Read(archive, M&),
+//     Describe(visitor, name, const M&) for the member's type M;
+//   - record codec (Property): the same three taking the whole record, for a value that no
+//     single member holds;
+//   - read-only codec (a field of kReadOnlyFields): Read only;
+//   - item codec of a zero-ended list: Write(archive, const Item&),
+//     ReadRest(archive, lead, items) and Describe(visitor, name, const Item&).
+// Every codec also states its type for the static description: a static Type(), or
+// TypeFor<M>() when the type depends on the member's type.
 
-template <EWire W>
-struct Number {
+template <typename Codec, typename T, typename = void>
+struct HasWrite : std::false_type {};
+template <typename Codec, typename T>
+struct HasWrite<
+    Codec, T,
+    std::void_t<decltype(Codec::Write(std::declval<EArchive&>(), std::declval<const T&>()))>>
+    : std::true_type {};
+
+template <typename Codec, typename T, typename = void>
+struct HasRead : std::false_type {};
+template <typename Codec, typename T>
+struct HasRead<Codec, T,
+               std::void_t<decltype(Codec::Read(std::declval<EArchive&>(), std::declval<T&>()))>>
+    : std::true_type {};
+
+template <typename Codec, typename T, typename = void>
+struct HasDescribe : std::false_type {};
+template <typename Codec, typename T>
+struct HasDescribe<
+    Codec, T,
+    std::void_t<decltype(Codec::Describe(std::declval<ERecordVisitor&>(),
+                                         std::declval<const char*>(), std::declval<const T&>()))>>
+    : std::true_type {};
+
+template <typename Codec, typename = void>
+struct HasPlainType : std::false_type {};
+template <typename Codec>
+struct HasPlainType<Codec, std::void_t<decltype(Codec::Type())>> : std::true_type {};
+
+template <typename Codec, typename T, typename = void>
+struct HasTypeFor : std::false_type {};
+template <typename Codec, typename T>
+struct HasTypeFor<Codec, T, std::void_t<decltype(Codec::template TypeFor<T>())>> : std::true_type {
+};
+
+template <typename Codec, typename T, typename Items, typename = void>
+struct HasReadRest : std::false_type {};
+template <typename Codec, typename T, typename Items>
+struct HasReadRest<
+    Codec, T, Items,
+    std::void_t<decltype(Codec::ReadRest(std::declval<EArchive&>(), std::declval<unsigned int>(),
+                                         std::declval<Items&>()))>> : std::true_type {};
+
+// The roles, as compile-time tests.
+template <typename Codec, typename T>
+inline constexpr bool kStatesType = HasPlainType<Codec>::value || HasTypeFor<Codec, T>::value;
+template <typename Codec, typename T>
+inline constexpr bool kIsValueCodec = HasWrite<Codec, T>::value&& HasRead<Codec, T>::value&&
+    HasDescribe<Codec, T>::value&& kStatesType<Codec, T>;
+template <typename Codec, typename T>
+inline constexpr bool kIsReadOnlyCodec = HasRead<Codec, T>::value&& kStatesType<Codec, T>;
+template <typename Codec, typename Item, typename Items>
+inline constexpr bool kIsItemCodec =
+    HasWrite<Codec, Item>::value&& HasReadRest<Codec, Item, Items>::value&&
+        HasDescribe<Codec, Item>::value&& kStatesType<Codec, Item>;
+
+// The type a codec states for values of type T.
+template <typename Codec, typename T>
+EValueType TypeOf() {
+  static_assert(kStatesType<Codec, T>, "a codec states its type: Type() or TypeFor<T>()");
+  if constexpr (HasPlainType<Codec>::value) {
+    return Codec::Type();
+  } else {
+    return Codec::template TypeFor<T>();
+  }
+}
+
+template <ENumberWire W>
+struct NumberCodec {
   template <typename Member>
   static void Write(EArchive& archive, const Member& value) {
-    if constexpr (W == EWire::kSigned32 || W == EWire::kSignedOutUnsignedIn) {
+    if constexpr (W == ENumberWire::kSigned32 || W == ENumberWire::kSignedOutUnsignedIn) {
       archive.WriteSignedInt(static_cast<int>(value));
-    } else if constexpr (W == EWire::kUnsigned64) {
+    } else if constexpr (W == ENumberWire::kUnsigned64) {
       archive.WriteUnsigned64Int(static_cast<unsigned long>(value));
     } else {
       archive.WriteUnsignedInt(Narrow(static_cast<unsigned int>(value)));
@@ -59,11 +151,11 @@ struct Number {
 
   template <typename Member>
   static void Read(EArchive& archive, Member& value) {
-    if constexpr (W == EWire::kSigned32) {
+    if constexpr (W == ENumberWire::kSigned32) {
       value = static_cast<Member>(archive.ReadSignedInt());
-    } else if constexpr (W == EWire::kUnsigned64) {
+    } else if constexpr (W == ENumberWire::kUnsigned64) {
       value = static_cast<Member>(archive.ReadUnsigned64Int());
-    } else if constexpr (W == EWire::kBool) {
+    } else if constexpr (W == ENumberWire::kBool) {
       value = archive.ReadUnsignedInt() != 0;
     } else {
       value = static_cast<Member>(Narrow(archive.ReadUnsignedInt()));
@@ -72,51 +164,55 @@ struct Number {
 
   template <typename Member>
   static void Describe(ERecordVisitor& visitor, const char* name, const Member& value) {
-    if constexpr (W == EWire::kSigned32 || W == EWire::kSignedOutUnsignedIn) {
+    if constexpr (W == ENumberWire::kSigned32 || W == ENumberWire::kSignedOutUnsignedIn) {
       visitor.Number(name, W, static_cast<std::uint64_t>(std::int64_t{static_cast<int>(value)}));
-    } else if constexpr (W == EWire::kUnsigned64) {
+    } else if constexpr (W == ENumberWire::kUnsigned64) {
       visitor.Number(name, W, static_cast<unsigned long>(value));
     } else {
       visitor.Number(name, W, Narrow(static_cast<unsigned int>(value)));
     }
   }
 
+  static EValueType Type() { return EValueType::Number(W); }
+
   // The bits of a 32-bit value that this form keeps.
   static unsigned int Narrow(unsigned int value) {
-    if constexpr (W == EWire::kUnsigned8) return static_cast<unsigned char>(value);
-    if constexpr (W == EWire::kUnsigned16) return static_cast<unsigned short>(value);
-    if constexpr (W == EWire::kBool) return value != 0 ? 1u : 0u;
+    if constexpr (W == ENumberWire::kUnsigned8) return static_cast<unsigned char>(value);
+    if constexpr (W == ENumberWire::kUnsigned16) return static_cast<unsigned short>(value);
+    if constexpr (W == ENumberWire::kBool) return value != 0 ? 1u : 0u;
     return value;
   }
 };
 
 // Explicit wire forms for a field whose member type would choose another.
-inline constexpr Number<EWire::kUnsigned8> kByte{};
-inline constexpr Number<EWire::kUnsigned16> kShort{};
-inline constexpr Number<EWire::kUnsigned32> kUnsigned{};
-inline constexpr Number<EWire::kSigned32> kSigned{};
-inline constexpr Number<EWire::kSignedOutUnsignedIn> kWrittenSigned{};
+inline constexpr NumberCodec<ENumberWire::kUnsigned8> kByte{};
+inline constexpr NumberCodec<ENumberWire::kUnsigned16> kShort{};
+inline constexpr NumberCodec<ENumberWire::kUnsigned32> kUnsigned{};
+inline constexpr NumberCodec<ENumberWire::kSigned32> kSigned{};
+inline constexpr NumberCodec<ENumberWire::kSignedOutUnsignedIn> kSignedOutUnsignedIn{};
 
 // A string: 64-bit length and raw bytes, read back with a 32-bit length clamped to what remains.
-struct Text {
+struct TextCodec {
   static void Write(EArchive& archive, const std::string& value) { archive << value; }
   static void Read(EArchive& archive, std::string& value) { archive >> value; }
   static void Describe(ERecordVisitor& visitor, const char* name, const std::string& value) {
     visitor.Text(name, value);
   }
+  static EValueType Type() { return EValueType::Text(); }
 };
 
 // A byte blob in its own archive form.
-struct Bytes {
+struct BlobCodec {
   static void Write(EArchive& archive, const EBlob& value) { archive << value; }
   static void Read(EArchive& archive, EBlob& value) { archive >> value; }
   static void Describe(ERecordVisitor& visitor, const char* name, const EBlob& value) {
     visitor.Bytes(name, value);
   }
+  static EValueType Type() { return EValueType::Blob(); }
 };
 
 // A nested record in its own archive form.
-struct Nested {
+struct NestedCodec {
   template <typename Record>
   static void Write(EArchive& archive, const Record& value) {
     archive << value;
@@ -129,11 +225,15 @@ struct Nested {
   static void Describe(ERecordVisitor& visitor, const char* name, const Record& value) {
     value.Describe(visitor, name);
   }
+  template <typename Record>
+  static EValueType TypeFor() {
+    return EValueType::Record(&Record::Description);
+  }
 };
 
 // The part of a record that its base class `Base` writes, in the base's own archive form.
 template <typename Base>
-struct BasePart {
+struct BasePartCodec {
   template <typename Record>
   static void Write(EArchive& archive, const Record& record) {
     record.Base::SerializeOut(archive);
@@ -146,12 +246,13 @@ struct BasePart {
   static void Describe(ERecordVisitor& visitor, const char* name, const Record& record) {
     record.Base::Describe(visitor, name);
   }
+  static EValueType Type() { return EValueType::Record(&Base::Description); }
 };
 
 // A byte blob in its own archive form that no member holds as it travels: `Get(record)` makes it
 // from the record and `Set(record, blob)` puts the blob read back. For use with Property.
 template <auto Get, auto Set>
-struct BlobOf {
+struct BlobOfCodec {
   template <typename Record>
   static void Write(EArchive& archive, const Record& record) {
     archive << std::invoke(Get, record);
@@ -166,11 +267,12 @@ struct BlobOf {
   static void Describe(ERecordVisitor& visitor, const char* name, const Record& record) {
     visitor.Bytes(name, std::invoke(Get, record));
   }
+  static EValueType Type() { return EValueType::Blob(); }
 };
 
 template <typename Member, typename = void>
 struct DefaultCodec {
-  using Type = Nested;
+  using Type = NestedCodec;
 };
 
 template <typename Member>
@@ -191,8 +293,15 @@ void ReadCounted(EArchive& archive, unsigned int count, ReadOne&& readOne) {
     readOne(i);
 }
 
+// A description made once per `Make` and kept for the process.
+template <typename Make>
+const ERecordDescription& Kept() {
+  static const ERecordDescription description = Make::Description();
+  return description;
+}
+
 // A vector: its count (written as unsigned 64-bit, read as unsigned 32-bit), then the items.
-struct Vector {
+struct VectorCodec {
   template <typename Item>
   static void Write(EArchive& archive, const std::vector<Item>& items) {
     ::SerializeOut(archive, items);
@@ -203,17 +312,22 @@ struct Vector {
   }
   template <typename Item>
   static void Describe(ERecordVisitor& visitor, const char* name, const std::vector<Item>& items) {
-    visitor.BeginList(name, EWire::kUnsigned64, items.size());
+    visitor.BeginList(name, ECountWire::kUnsigned64, items.size());
     for (const Item& item : items)
       CodecOf<Item>::Describe(visitor, "", item);
     visitor.EndList();
+  }
+  template <typename Items>
+  static EValueType TypeFor() {
+    using Item = typename Items::value_type;
+    return EValueType::List(ECountWire::kUnsigned64, TypeOf<CodecOf<Item>, Item>());
   }
 };
 
 // A map: its count, then key and item for each entry in key order. The reader clears the map,
 // refuses a storing archive, and stores each pair read, a later pair replacing the value of an
 // equal key; it stops where the data runs out (see ReadCounted).
-struct Map {
+struct MapCodec {
   template <typename Key, typename Item>
   static void Write(EArchive& archive, const std::map<Key, Item>& items) {
     ::SerializeOut(archive, items);
@@ -227,7 +341,7 @@ struct Map {
   template <typename Key, typename Item>
   static void Describe(ERecordVisitor& visitor, const char* name,
                        const std::map<Key, Item>& items) {
-    visitor.BeginList(name, EWire::kUnsigned64, items.size());
+    visitor.BeginList(name, ECountWire::kUnsigned64, items.size());
     for (const auto& entry : items) {
       visitor.BeginRecord("");
       CodecOf<Key>::Describe(visitor, "Key", entry.first);
@@ -236,11 +350,27 @@ struct Map {
     }
     visitor.EndList();
   }
+
+  // One entry, described as a record of its key and value.
+  template <typename Key, typename Item>
+  struct Entry {
+    static ERecordDescription Description() {
+      ERecordDescription entry;
+      entry.fields = {{"Key", TypeOf<CodecOf<Key>, Key>()},
+                      {"Value", TypeOf<CodecOf<Item>, Item>()}};
+      return entry;
+    }
+  };
+  template <typename Items>
+  static EValueType TypeFor() {
+    using Entry = Entry<typename Items::key_type, typename Items::mapped_type>;
+    return EValueType::List(ECountWire::kUnsigned64, EValueType::Record(&Kept<Entry>));
+  }
 };
 
 // A fixed number of items with no count on the wire, each in the form `Item` gives.
 template <typename Item>
-struct FixedArray {
+struct FixedArrayCodec {
   template <typename T, std::size_t N>
   static void Write(EArchive& archive, const T (&items)[N]) {
     for (const T& item : items)
@@ -253,22 +383,29 @@ struct FixedArray {
   }
   template <typename T, std::size_t N>
   static void Describe(ERecordVisitor& visitor, const char* name, const T (&items)[N]) {
-    visitor.BeginList(name, EWire::kNone, N);
+    visitor.BeginList(name, ECountWire::kFixed, N);
     for (const T& item : items)
       Item::Describe(visitor, "", item);
     visitor.EndList();
   }
+  template <typename Array>
+  static EValueType TypeFor() {
+    using T = std::remove_extent_t<Array>;
+    return EValueType::List(ECountWire::kFixed, TypeOf<Item, T>(), std::extent_v<Array>);
+  }
 };
 
 // A list without a count, ended by a 0 where the next item would begin; no item begins with 0.
-// `Item` says how one element travels: Write and Describe as a codec's, and
-// ReadRest(archive, lead, items), which reads the rest of an item whose leading number `lead` is
-// read already and adds it to `items` (or drops it). The reader replaces the list and stops at
-// the 0, or where the data runs out, since the archive would then start over from its beginning.
+// `Item` is an item codec (see above): ReadRest(archive, lead, items) reads the rest of an item
+// whose leading number `lead` is read already and adds it to `items` (or drops it). The reader
+// replaces the list and stops at the 0, or where the data runs out, since the archive would then
+// start over from its beginning.
 template <typename Item>
-struct ZeroEnded {
+struct ZeroEndedCodec {
   template <typename Items>
   static void Write(EArchive& archive, const Items& items) {
+    static_assert(kIsItemCodec<Item, typename Items::value_type, Items>,
+                  "a zero-ended list's item codec has Write, ReadRest, Describe and Type");
     for (const auto& item : items)
       Item::Write(archive, item);
     archive.WriteUnsignedInt(0);
@@ -284,66 +421,68 @@ struct ZeroEnded {
   }
   template <typename Items>
   static void Describe(ERecordVisitor& visitor, const char* name, const Items& items) {
-    visitor.BeginList(name, EWire::kZeroEnded, items.size());
+    visitor.BeginList(name, ECountWire::kZeroEnded, items.size());
     for (const auto& item : items)
       Item::Describe(visitor, "", item);
     visitor.EndList();
   }
+  static EValueType Type() { return EValueType::List(ECountWire::kZeroEnded, Item::Type()); }
 };
 
 template <>
 struct DefaultCodec<bool> {
-  using Type = Number<EWire::kBool>;
+  using Type = NumberCodec<ENumberWire::kBool>;
 };
 template <>
 struct DefaultCodec<unsigned char> {
-  using Type = Number<EWire::kUnsigned8>;
+  using Type = NumberCodec<ENumberWire::kUnsigned8>;
 };
 template <>
 struct DefaultCodec<unsigned short> {
-  using Type = Number<EWire::kUnsigned16>;
+  using Type = NumberCodec<ENumberWire::kUnsigned16>;
 };
 template <>
 struct DefaultCodec<unsigned int> {
-  using Type = Number<EWire::kUnsigned32>;
+  using Type = NumberCodec<ENumberWire::kUnsigned32>;
 };
 template <>
 struct DefaultCodec<int> {
-  using Type = Number<EWire::kSigned32>;
+  using Type = NumberCodec<ENumberWire::kSigned32>;
 };
 template <>
 struct DefaultCodec<unsigned long> {
-  using Type = Number<EWire::kUnsigned64>;
+  using Type = NumberCodec<ENumberWire::kUnsigned64>;
 };
 template <>
 struct DefaultCodec<std::string> {
-  using Type = Text;
+  using Type = TextCodec;
 };
 template <>
 struct DefaultCodec<EBlob> {
-  using Type = Bytes;
+  using Type = BlobCodec;
 };
 // An enumeration travels as its underlying 32-bit number.
 template <typename Enum>
 struct DefaultCodec<Enum, std::enable_if_t<std::is_enum_v<Enum>>> {
-  using Type = Number<std::is_signed_v<std::underlying_type_t<Enum>> ? EWire::kSigned32
-                                                                     : EWire::kUnsigned32>;
+  using Type =
+      NumberCodec<std::is_signed_v<std::underlying_type_t<Enum>> ? ENumberWire::kSigned32
+                                                                 : ENumberWire::kUnsigned32>;
 };
 template <typename Item>
 struct DefaultCodec<std::vector<Item>> {
-  using Type = Vector;
+  using Type = VectorCodec;
 };
 template <typename Key, typename Item>
 struct DefaultCodec<std::map<Key, Item>> {
-  using Type = Map;
+  using Type = MapCodec;
 };
 template <typename Item, std::size_t N>
 struct DefaultCodec<Item[N]> {
-  using Type = FixedArray<CodecOf<Item>>;
+  using Type = FixedArrayCodec<CodecOf<Item>>;
 };
 
 // ---------------------------------------------------------------------------------------------
-// Fields and layouts.
+// Fields.
 
 // Member equality; arrays compare item by item.
 template <typename T>
@@ -355,16 +494,22 @@ bool SameValue(const T (&left)[N], const T (&right)[N]) {
   return std::equal(left, left + N, right);
 }
 
+template <typename Field, typename Member>
+struct AbsentOr;
+
 // One field: its name as a user prints it, the member it lives in and how it travels. A counter
 // field takes part in the sums of the statistics records.
 template <typename Record, typename Member, typename Codec, bool IsCounter = false>
 struct FieldOf {
+  static_assert(kIsReadOnlyCodec<Codec, Member>, "a field's codec reads the member's type");
   static constexpr bool kCounter = IsCounter;
+  static constexpr bool kHasAbsentValue = false;
 
   const char* name;
   Member Record::*member;
 
   void Write(EArchive& archive, const Record& record) const {
+    static_assert(kIsValueCodec<Codec, Member>, "a written field's codec is a member codec");
     Codec::Write(archive, record.*member);
   }
   void Read(EArchive& archive, Record& record) const { Codec::Read(archive, record.*member); }
@@ -374,21 +519,45 @@ struct FieldOf {
   bool Equal(const Record& left, const Record& right) const {
     return SameValue(left.*member, right.*member);
   }
+  static EValueType Type() { return TypeOf<Codec, Member>(); }
+
+  // The same field, taking `value` from a layout that does not carry it.
+  constexpr AbsentOr<FieldOf, Member> OrWhenAbsent(Member value) const { return {*this, value}; }
+};
+
+// A field that takes a given value from a layout that does not carry it.
+template <typename Field, typename Member>
+struct AbsentOr : Field {
+  static constexpr bool kHasAbsentValue = true;
+
+  constexpr AbsentOr(Field field, Member value) : Field(field), absent(value) {}
+  template <typename Record>
+  void SetAbsent(Record& record) const {
+    record.*(this->member) = absent;
+  }
+
+  Member absent;
 };
 
 // A field that no single member holds (bytes computed from several members, a part written by a
 // base class): its codec's Write, Read and Describe take the whole record.
 template <typename Record, typename Codec>
 struct PropertyOf {
+  static_assert(kIsReadOnlyCodec<Codec, Record>, "a property's codec reads the whole record");
   static constexpr bool kCounter = false;
+  static constexpr bool kHasAbsentValue = false;
 
   const char* name;
 
-  void Write(EArchive& archive, const Record& record) const { Codec::Write(archive, record); }
+  void Write(EArchive& archive, const Record& record) const {
+    static_assert(kIsValueCodec<Codec, Record>, "a written property's codec is a record codec");
+    Codec::Write(archive, record);
+  }
   void Read(EArchive& archive, Record& record) const { Codec::Read(archive, record); }
   void Describe(ERecordVisitor& visitor, const Record& record) const {
     Codec::Describe(visitor, name, record);
   }
+  static EValueType Type() { return TypeOf<Codec, Record>(); }
 };
 
 template <typename Record, typename Codec>
@@ -412,35 +581,52 @@ constexpr FieldOf<Record, Member, CodecOf<Member>, true> Counter(const char* nam
   return {name, member};
 }
 
-// A field that a layout carries and the record no longer keeps: read as an unsigned int and
-// dropped. Only a listed layout (see Layout) names it.
-inline constexpr int kDropped = -1;
-
-// How many leading fields of the newest layout an older layout lacks.
-struct Lacking {
-  constexpr explicit Lacking(unsigned int count) : count(count) {}
-  unsigned int count;
+// A member and the value a reader stores in it (see kOnSignature).
+template <typename Record, typename Member>
+struct MemberValue {
+  Member Record::*member;
+  Member value;
 };
 
-// One accepted layout: its signature and the fields it carries, either the newest layout's
-// without some leading ones, or the schema positions listed in `order` (kDropped for a value the
-// record no longer keeps).
-struct Layout {
-  constexpr Layout(unsigned int signature) : signature(signature) {}
-  constexpr Layout(unsigned int signature, Lacking lacking)
-      : signature(signature), lacking(lacking.count) {}
-  template <std::size_t N>
-  constexpr Layout(unsigned int signature, const int (&order)[N])
-      : signature(signature), order(order), orderLength(N) {}
-
-  unsigned int signature;
-  unsigned int lacking = 0;
-  const int* order = nullptr;
-  std::size_t orderLength = 0;
+template <typename T>
+struct Same {
+  using Type = T;
 };
+
+template <typename Record, typename Member>
+constexpr MemberValue<Record, Member> Set(Member Record::*member,
+                                          typename Same<Member>::Type value) {
+  return {member, value};
+}
 
 // ---------------------------------------------------------------------------------------------
-// The machinery over a schema.
+// Layouts, by field name.
+
+// In a listed layout: a value the layout carries and the record no longer keeps, read as an
+// unsigned int and dropped.
+inline constexpr const char kDropped[] = "(dropped)";
+
+// An older layout that carries the newest layout's fields from the named one on.
+struct From {
+  constexpr explicit From(const char* field) : field(field) {}
+  const char* field;
+};
+
+// One accepted layout: its signature and the fields it carries: every field (the first layout),
+// the fields from a named one on, or the names listed (a static array of the schema, which may
+// name kReadOnlyFields and kDropped).
+struct Layout {
+  constexpr Layout(unsigned int signature) : signature(signature) {}
+  constexpr Layout(unsigned int signature, From from) : signature(signature), from(from.field) {}
+  template <std::size_t N>
+  constexpr Layout(unsigned int signature, const char* const (&fields)[N])
+      : signature(signature), fields(fields), fieldCount(N) {}
+
+  unsigned int signature;
+  const char* from = nullptr;
+  const char* const* fields = nullptr;
+  std::size_t fieldCount = 0;
+};
 
 template <typename Schema, typename = void>
 struct HasSignature : std::false_type {};
@@ -449,24 +635,167 @@ struct HasSignature<Schema, std::void_t<decltype(Schema::kLayouts)>> : std::true
 
 template <typename Schema, typename = void>
 struct SignatureWireOf {
-  static constexpr EWire kValue = EWire::kSignedOutUnsignedIn;
+  static constexpr ENumberWire kValue = ENumberWire::kSignedOutUnsignedIn;
 };
 template <typename Schema>
 struct SignatureWireOf<Schema, std::void_t<decltype(Schema::kSignatureWire)>> {
-  static constexpr EWire kValue = Schema::kSignatureWire;
+  static constexpr ENumberWire kValue = Schema::kSignatureWire;
+};
+
+template <typename Schema, typename = void>
+struct ReadOnlyFieldsOf {
+  static constexpr auto kValue = std::tuple<>();
+};
+template <typename Schema>
+struct ReadOnlyFieldsOf<Schema, std::void_t<decltype(Schema::kReadOnlyFields)>> {
+  static constexpr const auto& kValue = Schema::kReadOnlyFields;
 };
 
 template <typename Schema>
 constexpr std::size_t kFieldCount = std::tuple_size_v<std::decay_t<decltype(Schema::kFields)>>;
+template <typename Schema>
+constexpr std::size_t kReadOnlyCount =
+    std::tuple_size_v<std::decay_t<decltype(ReadOnlyFieldsOf<Schema>::kValue)>>;
+
+template <typename Fields, std::size_t... I>
+constexpr std::array<const char*, sizeof...(I)> NamesOf(const Fields& fields,
+                                                        std::index_sequence<I...>) {
+  return {std::get<I>(fields).name...};
+}
+
+// The names of kFields, then those of kReadOnlyFields: a field's position is its index here.
+template <typename Schema>
+constexpr std::array<const char*, kFieldCount<Schema> + kReadOnlyCount<Schema>> FieldNamesOf() {
+  const auto fields = NamesOf(Schema::kFields, std::make_index_sequence<kFieldCount<Schema>>{});
+  const auto readOnly =
+      NamesOf(ReadOnlyFieldsOf<Schema>::kValue, std::make_index_sequence<kReadOnlyCount<Schema>>{});
+  std::array<const char*, kFieldCount<Schema> + kReadOnlyCount<Schema>> names{};
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    names[i] = fields[i];
+  for (std::size_t i = 0; i < readOnly.size(); ++i)
+    names[fields.size() + i] = readOnly[i];
+  return names;
+}
+
+constexpr bool SameText(const char* left, const char* right) {
+  while (*left != '\0' && *left == *right) {
+    ++left;
+    ++right;
+  }
+  return *left == *right;
+}
+
+// Not constexpr: a layout that reaches one of these does not compile, and the compiler's message
+// names the function, which says what is wrong.
+void LayoutNamesAFieldNotInTheSchema();
+void LayoutFromNamesAReadOnlyField();
+void ListedLayoutIsOutOfSchemaOrder();
+void ListedLayoutIsTooLong();
+void SignatureRepeatedInLayouts();
+void FirstLayoutMustCarryEveryField();
+void ReadBeforeCheckIsNotALeadingFieldOfEveryLayout();
+
+// The position of the field of that name.
+template <typename Schema>
+constexpr std::size_t PositionOf(const char* name) {
+  constexpr auto names = FieldNamesOf<Schema>();
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (SameText(names[i], name)) return i;
+  }
+  LayoutNamesAFieldNotInTheSchema();
+  return 0;
+}
+
+inline constexpr std::size_t kMaxListedFields = 16;
+inline constexpr int kDroppedPosition = -1;
+
+// A layout with its names resolved to positions: either the kFields from `first` on, or the
+// `count` positions listed (kDroppedPosition for kDropped). `carried` has bit p set when the
+// layout carries the field at position p.
+struct ResolvedLayout {
+  unsigned int signature = 0;
+  bool listed = false;
+  std::size_t first = 0;
+  std::size_t count = 0;
+  int positions[kMaxListedFields] = {};
+  std::uint64_t carried = 0;
+
+  constexpr bool Carries(std::size_t position) const { return ((carried >> position) & 1u) != 0; }
+};
+
+template <typename Schema>
+constexpr ResolvedLayout Resolve(const Layout& layout) {
+  ResolvedLayout resolved;
+  resolved.signature = layout.signature;
+  if (layout.fields == nullptr) {
+    resolved.first = layout.from == nullptr ? 0 : PositionOf<Schema>(layout.from);
+    if (resolved.first >= kFieldCount<Schema>) LayoutFromNamesAReadOnlyField();
+    for (std::size_t p = resolved.first; p < kFieldCount<Schema>; ++p)
+      resolved.carried |= std::uint64_t{1} << p;
+    return resolved;
+  }
+  if (layout.fieldCount > kMaxListedFields) ListedLayoutIsTooLong();
+  resolved.listed = true;
+  resolved.count = layout.fieldCount;
+  int previous = kDroppedPosition;
+  for (std::size_t i = 0; i < layout.fieldCount; ++i) {
+    if (SameText(layout.fields[i], kDropped)) {
+      resolved.positions[i] = kDroppedPosition;
+      continue;
+    }
+    const int position = static_cast<int>(PositionOf<Schema>(layout.fields[i]));
+    if (position <= previous) ListedLayoutIsOutOfSchemaOrder();
+    previous = position;
+    resolved.positions[i] = position;
+    resolved.carried |= std::uint64_t{1} << position;
+  }
+  return resolved;
+}
+
+template <typename Schema>
+constexpr std::size_t kLayoutCount = std::extent_v<decltype(Schema::kLayouts)>;
+
+// Every layout of the schema, resolved and checked.
+template <typename Schema>
+constexpr std::array<ResolvedLayout, kLayoutCount<Schema>> ResolveLayouts() {
+  static_assert(kFieldCount<Schema> + kReadOnlyCount<Schema> <= 64, "at most 64 fields");
+  std::array<ResolvedLayout, kLayoutCount<Schema>> layouts{};
+  for (std::size_t i = 0; i < layouts.size(); ++i) {
+    const Layout& layout = Schema::kLayouts[i];
+    if (i == 0 && (layout.from != nullptr || layout.fields != nullptr))
+      FirstLayoutMustCarryEveryField();
+    for (std::size_t j = 0; j < i; ++j) {
+      if (Schema::kLayouts[j].signature == layout.signature) SignatureRepeatedInLayouts();
+    }
+    layouts[i] = Resolve<Schema>(layout);
+  }
+  return layouts;
+}
+
+template <typename Schema>
+struct Layouts {
+  static constexpr std::array<ResolvedLayout, kLayoutCount<Schema>> kValue =
+      ResolveLayouts<Schema>();
+};
+
+// ---------------------------------------------------------------------------------------------
+// The machinery over a schema.
+
+// Calls `visit(field)` on every field of a tuple in order, from position `first`.
+template <typename Fields, typename Visit, std::size_t... I>
+void ForEachIn(const Fields& fields, std::size_t first, Visit&& visit, std::index_sequence<I...>) {
+  ((I >= first ? visit(std::get<I>(fields)) : void()), ...);
+}
+template <typename Fields, typename Visit>
+void ForEachIn(const Fields& fields, Visit&& visit, std::size_t first = 0) {
+  ForEachIn(fields, first, visit,
+            std::make_index_sequence<std::tuple_size_v<std::decay_t<Fields>>>{});
+}
 
 // Calls `visit(field)` on every field of the schema in archive order, from position `first`.
-template <typename Schema, typename Visit, std::size_t... I>
-void ForEachFieldFrom(std::size_t first, Visit&& visit, std::index_sequence<I...>) {
-  ((I >= first ? visit(std::get<I>(Schema::kFields)) : void()), ...);
-}
 template <typename Schema, typename Visit>
 void ForEachField(Visit&& visit, std::size_t first = 0) {
-  ForEachFieldFrom<Schema>(first, visit, std::make_index_sequence<kFieldCount<Schema>>{});
+  ForEachIn(Schema::kFields, visit, first);
 }
 
 // Calls `visit(field)` on the field at `position` of a tuple of fields.
@@ -481,24 +810,14 @@ void VisitFieldAt(const Fields& fields, std::size_t position, Visit&& visit) {
                std::make_index_sequence<std::tuple_size_v<std::decay_t<Fields>>>{});
 }
 
-// A schema may add `kReadOnlyFields`: fields that only older layouts carry, in a form the record
-// no longer writes (a value to convert, a part of a member). A listed layout names them by
-// position after kFields (the first is position kFieldCount); they are read, never written or
-// described.
-template <typename Schema, typename = void>
-struct HasReadOnlyFields : std::false_type {};
-template <typename Schema>
-struct HasReadOnlyFields<Schema, std::void_t<decltype(Schema::kReadOnlyFields)>> : std::true_type {
-};
-
 // Reads the field at `position`: one of kFields, or after them one of kReadOnlyFields.
 template <typename Schema, typename Record>
 void ReadFieldAt(EArchive& archive, Record& record, std::size_t position) {
   const auto read = [&](const auto& field) { field.Read(archive, record); };
   if (position < kFieldCount<Schema>) {
     VisitFieldAt(Schema::kFields, position, read);
-  } else if constexpr (HasReadOnlyFields<Schema>::value) {
-    VisitFieldAt(Schema::kReadOnlyFields, position - kFieldCount<Schema>, read);
+  } else {
+    VisitFieldAt(ReadOnlyFieldsOf<Schema>::kValue, position - kFieldCount<Schema>, read);
   }
 }
 
@@ -506,7 +825,7 @@ void ReadFieldAt(EArchive& archive, Record& record, std::size_t position) {
 template <typename Schema>
 void WriteSignature(EArchive& archive) {
   if constexpr (HasSignature<Schema>::value) {
-    Number<SignatureWireOf<Schema>::kValue>::Write(archive, Schema::kLayouts[0].signature);
+    NumberCodec<SignatureWireOf<Schema>::kValue>::Write(archive, Schema::kLayouts[0].signature);
   }
 }
 
@@ -521,19 +840,32 @@ void Write(EArchive& archive, const Record& record) {
   WriteFields<Schema>(archive, record);
 }
 
-// Reads the fields that `layout` carries, after the first `alreadyRead` of them (which a reader
-// took before it checked the signature).
+// Gives every field with an absent value that `layout` does not carry that value.
 template <typename Schema, typename Record>
-void ReadFields(EArchive& archive, Record& record, const Layout& layout,
+void SetAbsentValues(Record& record, const ResolvedLayout& layout) {
+  std::size_t position = 0;
+  ForEachField<Schema>([&](const auto& field) {
+    if constexpr (std::decay_t<decltype(field)>::kHasAbsentValue) {
+      if (!layout.Carries(position)) field.SetAbsent(record);
+    }
+    ++position;
+  });
+}
+
+// Reads the fields that `layout` carries, after the first `alreadyRead` of them (which the
+// reader took before it checked the signature).
+template <typename Schema, typename Record>
+void ReadFields(EArchive& archive, Record& record, const ResolvedLayout& layout,
                 std::size_t alreadyRead = 0) {
-  if (layout.order == nullptr) {
+  SetAbsentValues<Schema>(record, layout);
+  if (!layout.listed) {
     ForEachField<Schema>([&](const auto& field) { field.Read(archive, record); },
-                         layout.lacking + alreadyRead);
+                         layout.first + alreadyRead);
     return;
   }
-  for (std::size_t i = alreadyRead; i < layout.orderLength; ++i) {
-    const int position = layout.order[i];
-    if (position == kDropped) {
+  for (std::size_t i = alreadyRead; i < layout.count; ++i) {
+    const int position = layout.positions[i];
+    if (position == kDroppedPosition) {
       archive.ReadUnsignedInt();
       continue;
     }
@@ -541,28 +873,90 @@ void ReadFields(EArchive& archive, Record& record, const Layout& layout,
   }
 }
 
-// The layout with this signature; a signature the schema does not accept is its serialisation
-// error.
+// The layout with this signature; a signature the schema does not accept is refused with its
+// report.
 template <typename Schema>
-const Layout& FindLayout(unsigned int signature) {
-  for (const Layout& layout : Schema::kLayouts) {
+const ResolvedLayout& FindLayout(unsigned int signature) {
+  for (const ResolvedLayout& layout : Layouts<Schema>::kValue) {
     if (layout.signature == signature) return layout;
   }
-  Schema::kError.Raise();
+  Schema::kRefusal.Raise();
 }
 
-// Reads the signature and the fields of the layout it names; returns that layout.
+// The optional declarations of a schema (see the top of this file).
+template <typename Schema, typename = void>
+struct HasBeforeRead : std::false_type {};
+template <typename Schema>
+struct HasBeforeRead<Schema, std::void_t<decltype(Schema::kBeforeRead)>> : std::true_type {};
+template <typename Schema, typename = void>
+struct HasAfterRead : std::false_type {};
+template <typename Schema>
+struct HasAfterRead<Schema, std::void_t<decltype(Schema::kAfterRead)>> : std::true_type {};
+template <typename Schema, typename = void>
+struct HasOnSignature : std::false_type {};
+template <typename Schema>
+struct HasOnSignature<Schema, std::void_t<decltype(Schema::kOnSignature)>> : std::true_type {};
+template <typename Schema, typename = void>
+struct HasReadBeforeCheck : std::false_type {};
+template <typename Schema>
+struct HasReadBeforeCheck<Schema, std::void_t<decltype(Schema::kReadBeforeCheck)>>
+    : std::true_type {};
+
+// How many leading fields the reader takes before it checks the signature; every layout must
+// carry them first.
+template <typename Schema>
+constexpr std::size_t ReadBeforeCheckCount() {
+  if constexpr (HasReadBeforeCheck<Schema>::value) {
+    const std::size_t count = PositionOf<Schema>(Schema::kReadBeforeCheck) + 1;
+    for (const Layout& layout : Schema::kLayouts) {
+      const ResolvedLayout resolved = Resolve<Schema>(layout);
+      for (std::size_t i = 0; i < count; ++i) {
+        const bool leads = resolved.listed
+                               ? i < resolved.count && resolved.positions[i] == static_cast<int>(i)
+                               : resolved.first == 0;
+        if (!leads) ReadBeforeCheckIsNotALeadingFieldOfEveryLayout();
+      }
+    }
+    return count;
+  } else {
+    return 0;
+  }
+}
+
+// Reads the signature and the fields of the layout it names, with the declared steps around
+// them; returns that layout.
 template <typename Schema, typename Record>
-const Layout& Read(EArchive& archive, Record& record) {
-  const Layout& layout = FindLayout<Schema>(archive.ReadUnsignedInt());
-  ReadFields<Schema>(archive, record, layout);
+const ResolvedLayout& Read(EArchive& archive, Record& record) {
+  if constexpr (HasBeforeRead<Schema>::value) (record.*Schema::kBeforeRead)();
+  const unsigned int signature = archive.ReadUnsignedInt();
+  if constexpr (HasOnSignature<Schema>::value) {
+    record.*(Schema::kOnSignature.member) = Schema::kOnSignature.value;
+  }
+  constexpr std::size_t early = ReadBeforeCheckCount<Schema>();
+  for (std::size_t i = 0; i < early; ++i)
+    ReadFieldAt<Schema>(archive, record, i);
+  const ResolvedLayout& layout = FindLayout<Schema>(signature);
+  ReadFields<Schema>(archive, record, layout, early);
+  if constexpr (HasAfterRead<Schema>::value) (record.*Schema::kAfterRead)();
   return layout;
 }
 
 // Reads a record without a signature of its own.
 template <typename Schema, typename Record>
 void ReadWithoutSignature(EArchive& archive, Record& record) {
+  if constexpr (HasBeforeRead<Schema>::value) (record.*Schema::kBeforeRead)();
   ForEachField<Schema>([&](const auto& field) { field.Read(archive, record); });
+  if constexpr (HasAfterRead<Schema>::value) (record.*Schema::kAfterRead)();
+}
+
+// Reads a record in the way its schema says: with or without a signature.
+template <typename Schema, typename Record>
+void ReadRecord(EArchive& archive, Record& record) {
+  if constexpr (HasSignature<Schema>::value) {
+    Read<Schema>(archive, record);
+  } else {
+    ReadWithoutSignature<Schema>(archive, record);
+  }
 }
 
 template <typename Schema, typename Record>
@@ -574,41 +968,29 @@ template <typename Schema, typename Record>
 void Describe(ERecordVisitor& visitor, const char* name, const Record& record) {
   visitor.BeginRecord(name);
   if constexpr (HasSignature<Schema>::value) {
-    Number<SignatureWireOf<Schema>::kValue>::Describe(visitor, "Signature",
-                                                      Schema::kLayouts[0].signature);
+    NumberCodec<SignatureWireOf<Schema>::kValue>::Describe(visitor, "Signature",
+                                                           Schema::kLayouts[0].signature);
   }
   DescribeFields<Schema>(visitor, record);
   visitor.EndRecord();
 }
 
-// The name of the field at `position`: one of kFields, or after them one of kReadOnlyFields.
-template <typename Schema>
-std::string FieldNameAt(std::size_t position) {
-  std::string name;
-  const auto take = [&](const auto& field) { name = field.name; };
-  if (position < kFieldCount<Schema>) {
-    VisitFieldAt(Schema::kFields, position, take);
-  } else if constexpr (HasReadOnlyFields<Schema>::value) {
-    VisitFieldAt(Schema::kReadOnlyFields, position - kFieldCount<Schema>, take);
-  }
-  return name;
-}
-
 // The names of the fields `layout` carries, in archive order.
 template <typename Schema>
-std::vector<std::string> FieldNames(const Layout& layout) {
-  std::vector<std::string> names;
-  if (layout.order == nullptr) {
-    for (std::size_t i = layout.lacking; i < kFieldCount<Schema>; ++i)
-      names.push_back(FieldNameAt<Schema>(i));
-    return names;
+std::vector<std::string> FieldNames(const ResolvedLayout& layout) {
+  constexpr auto names = FieldNamesOf<Schema>();
+  std::vector<std::string> carried;
+  if (!layout.listed) {
+    for (std::size_t i = layout.first; i < kFieldCount<Schema>; ++i)
+      carried.emplace_back(names[i]);
+    return carried;
   }
-  for (std::size_t i = 0; i < layout.orderLength; ++i) {
-    const int position = layout.order[i];
-    names.push_back(position == kDropped ? std::string("(dropped)")
-                                         : FieldNameAt<Schema>(static_cast<std::size_t>(position)));
+  for (std::size_t i = 0; i < layout.count; ++i) {
+    const int position = layout.positions[i];
+    carried.emplace_back(position == kDroppedPosition ? kDropped
+                                                      : names[static_cast<std::size_t>(position)]);
   }
-  return names;
+  return carried;
 }
 
 // Every layout of the schema, newest first, with the fields each carries; none without a
@@ -617,11 +999,69 @@ template <typename Schema>
 std::vector<ERecordLayout> LayoutsOf() {
   std::vector<ERecordLayout> layouts;
   if constexpr (HasSignature<Schema>::value) {
-    for (const Layout& layout : Schema::kLayouts)
+    for (const ResolvedLayout& layout : Layouts<Schema>::kValue)
       layouts.push_back({layout.signature, FieldNames<Schema>(layout)});
   }
   return layouts;
 }
+
+template <typename Fields>
+std::vector<EFieldDescription> FieldDescriptions(const Fields& fields) {
+  std::vector<EFieldDescription> described;
+  ForEachIn(fields, [&](const auto& field) {
+    described.push_back({field.name, std::decay_t<decltype(field)>::Type()});
+  });
+  return described;
+}
+
+// The static description of the schema's record.
+template <typename Schema>
+ERecordDescription DescriptionOf() {
+  ERecordDescription description;
+  description.fields = FieldDescriptions(Schema::kFields);
+  description.readOnlyFields = FieldDescriptions(ReadOnlyFieldsOf<Schema>::kValue);
+  if constexpr (HasSignature<Schema>::value) {
+    description.hasSignature = true;
+    description.signatureWire = SignatureWireOf<Schema>::kValue;
+    description.layouts = LayoutsOf<Schema>();
+    description.refusal = Schema::kRefusal;
+  }
+  return description;
+}
+
+// The description of a record without a signature of its own that `Schema` states (a part of a
+// record, such as one port's entry), as a nested value's type.
+template <typename Schema>
+struct PartDescription {
+  static ERecordDescription Description() { return DescriptionOf<Schema>(); }
+};
+template <typename Schema>
+const ERecordDescription& KeptDescription() {
+  return Kept<PartDescription<Schema>>();
+}
+template <typename Schema>
+EValueType PartType() {
+  return EValueType::Record(&KeptDescription<Schema>);
+}
+
+// A part of a record that `Schema` states, with or without a signature of its own: a member codec
+// for a member of the part's type, or a record codec when the schema's fields take the record.
+template <typename Schema>
+struct PartCodec {
+  template <typename T>
+  static void Write(EArchive& archive, const T& part) {
+    detail::Write<Schema>(archive, part);
+  }
+  template <typename T>
+  static void Read(EArchive& archive, T& part) {
+    ReadRecord<Schema>(archive, part);
+  }
+  template <typename T>
+  static void Describe(ERecordVisitor& visitor, const char* name, const T& part) {
+    detail::Describe<Schema>(visitor, name, part);
+  }
+  static EValueType Type() { return PartType<Schema>(); }
+};
 
 // Every field of the schema equal.
 template <typename Schema, typename Record>
@@ -641,12 +1081,7 @@ void ERecord<Derived>::SerializeOut(EArchive& archive) const {
 
 template <typename Derived>
 void ERecord<Derived>::SerializeIn(EArchive& archive) {
-  using Schema = typename Derived::Schema;
-  if constexpr (eHal::detail::HasSignature<Schema>::value) {
-    eHal::detail::Read<Schema>(archive, static_cast<Derived&>(*this));
-  } else {
-    eHal::detail::ReadWithoutSignature<Schema>(archive, static_cast<Derived&>(*this));
-  }
+  eHal::detail::ReadRecord<typename Derived::Schema>(archive, static_cast<Derived&>(*this));
 }
 
 template <typename Derived>
@@ -658,4 +1093,9 @@ void ERecord<Derived>::Describe(ERecordVisitor& visitor, const char* name) const
 template <typename Derived>
 std::vector<ERecordLayout> ERecord<Derived>::Layouts() {
   return eHal::detail::LayoutsOf<typename Derived::Schema>();
+}
+
+template <typename Derived>
+const ERecordDescription& ERecord<Derived>::Description() {
+  return eHal::detail::KeptDescription<typename Derived::Schema>();
 }

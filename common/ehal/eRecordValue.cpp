@@ -9,13 +9,13 @@
 namespace {
 
 // Writes a number in its wire form.
-void WriteNumber(EArchive& archive, EWire wire, std::uint64_t value) {
+void WriteNumber(EArchive& archive, ENumberWire wire, std::uint64_t value) {
   switch (wire) {
-    case EWire::kSigned32:
-    case EWire::kSignedOutUnsignedIn:
+    case ENumberWire::kSigned32:
+    case ENumberWire::kSignedOutUnsignedIn:
       archive.WriteSignedInt(static_cast<int>(static_cast<std::int64_t>(value)));
       return;
-    case EWire::kUnsigned64:
+    case ENumberWire::kUnsigned64:
       archive.WriteUnsigned64Int(value);
       return;
     default:
@@ -49,10 +49,25 @@ void AppendQuoted(std::string& text, const std::string& value) {
   text.push_back('"');
 }
 
+// Writes a list's count in its form; nothing for the lists without a count.
+void WriteCount(EArchive& archive, ECountWire countWire, std::size_t count) {
+  switch (countWire) {
+    case ECountWire::kUnsigned64:
+      return WriteNumber(archive, ENumberWire::kUnsigned64, count);
+    case ECountWire::kUnsigned32:
+      return WriteNumber(archive, ENumberWire::kUnsigned32, count);
+    case ECountWire::kSigned32:
+      return WriteNumber(archive, ENumberWire::kSigned32, count);
+    case ECountWire::kFixed:
+    case ECountWire::kZeroEnded:
+      return;
+  }
+}
+
 }  // namespace
 
 bool ERecordValue::IsSigned() const {
-  return wire == EWire::kSigned32 || wire == EWire::kSignedOutUnsignedIn;
+  return wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
 }
 
 std::string ERecordValue::HexBytes() const {
@@ -91,11 +106,10 @@ void ERecordValue::Write(EArchive& archive) const {
     case Kind::kList:
       break;
   }
-  const bool counted = kind == Kind::kList && wire != EWire::kNone && wire != EWire::kZeroEnded;
-  if (counted) WriteNumber(archive, wire, items.size());
+  if (kind == Kind::kList) WriteCount(archive, countWire, items.size());
   for (const ERecordValue& item : items)
     item.Write(archive);
-  if (kind == Kind::kList && wire == EWire::kZeroEnded) archive.WriteUnsignedInt(0);
+  if (kind == Kind::kList && countWire == ECountWire::kZeroEnded) archive.WriteUnsignedInt(0);
 }
 
 std::string ERecordValue::ToText() const {
@@ -114,8 +128,8 @@ void ERecordValue::AppendText(std::string& text, unsigned int indent) const {
     return;
   }
   const bool isList = kind == Kind::kList;
-  if (isList && wire == EWire::kNone) text += "fixed ";
-  if (isList && wire == EWire::kZeroEnded) text += "zero-ended ";
+  if (isList && countWire == ECountWire::kFixed) text += "fixed ";
+  if (isList && countWire == ECountWire::kZeroEnded) text += "zero-ended ";
   text.push_back(isList ? '[' : '{');
   if (!items.empty()) {
     text.push_back('\n');
@@ -161,7 +175,7 @@ ERecordValue& ERecordValueBuilder::Add(ERecordValue::Kind kind, const char* name
   return value;
 }
 
-void ERecordValueBuilder::Number(const char* name, EWire wire, std::uint64_t value) {
+void ERecordValueBuilder::Number(const char* name, ENumberWire wire, std::uint64_t value) {
   ERecordValue& number = Add(ERecordValue::Kind::kNumber, name);
   number.wire = wire;
   number.number = value;
@@ -184,9 +198,9 @@ void ERecordValueBuilder::EndRecord() {
   Close();
 }
 
-void ERecordValueBuilder::BeginList(const char* name, EWire countWire, std::size_t) {
+void ERecordValueBuilder::BeginList(const char* name, ECountWire countWire, std::size_t) {
   ERecordValue& list = Add(ERecordValue::Kind::kList, name);
-  list.wire = countWire;
+  list.countWire = countWire;
   m_Open.push_back(&list);
 }
 

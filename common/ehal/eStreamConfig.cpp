@@ -8,7 +8,9 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::EnumText;
+using detail::Field;
+using detail::Layout;
 
 struct EStreamConfig::EStreamData::Schema {
   static constexpr auto kFields =
@@ -17,8 +19,8 @@ struct EStreamConfig::EStreamData::Schema {
                       Field("FirstStreamValue", &EStreamData::m_FirstStreamValue),
                       Field("SecondStreamValue", &EStreamData::m_SecondStreamValue));
   static constexpr Layout kLayouts[] = {{0x332211}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eStreamConfig", 101,
-                                                 "eHal::EStreamConfig::EStreamData::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eStreamConfig", 101,
+                                              "eHal::EStreamConfig::EStreamData::SerializeIn"};
 };
 
 struct EStreamConfig::Schema {
@@ -29,8 +31,8 @@ struct EStreamConfig::Schema {
                       Field("StreamCount", &EStreamConfig::m_StreamCount),
                       Field("StreamConfigMap", &EStreamConfig::m_StreamConfigMap));
   static constexpr Layout kLayouts[] = {{0x112233}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eStreamConfig", 186,
-                                                 "eHal::EStreamConfig::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eStreamConfig", 186,
+                                              "eHal::EStreamConfig::SerializeIn"};
 };
 
 namespace {

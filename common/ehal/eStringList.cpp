@@ -2,7 +2,10 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::kUnsigned;
+using eHal::detail::Layout;
+using eHal::detail::TextCodec;
 
 namespace {
 
@@ -22,11 +25,12 @@ struct Items {
   }
   static void Describe(ERecordVisitor& visitor, const char* name,
                        const std::list<std::string>& items) {
-    visitor.BeginList(name, EWire::kUnsigned32, items.size());
+    visitor.BeginList(name, ECountWire::kUnsigned32, items.size());
     for (const std::string& item : items)
       visitor.Text("", item);
     visitor.EndList();
   }
+  static EValueType Type() { return EValueType::List(ECountWire::kUnsigned32, TextCodec::Type()); }
 };
 
 }  // namespace
@@ -34,9 +38,9 @@ struct Items {
 struct EStringList::Schema {
   static constexpr auto kFields = std::make_tuple(Field("Items", &EStringList::m_Items, Items{}));
   static constexpr Layout kLayouts[] = {{0x11180000}};
-  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eStringList", 122,
-                                                 "EStringList::SerializeIn"};
+  static constexpr ENumberWire kSignatureWire = ENumberWire::kUnsigned32;
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eStringList", 122,
+                                              "EStringList::SerializeIn"};
 };
 
 EStringList::EStringList(const EStringList& other) {

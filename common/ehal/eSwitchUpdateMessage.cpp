@@ -2,7 +2,13 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::kByte;
+using eHal::detail::kSigned;
+using eHal::detail::Layout;
+using eHal::detail::PartType;
+using eHal::detail::ReadWithoutSignature;
+using eHal::detail::WriteFields;
 
 namespace {
 
@@ -33,10 +39,13 @@ struct EntryList {
   }
   static void Describe(ERecordVisitor& visitor, const char* name,
                        const std::list<SwitchUpdateEntry>& entries) {
-    visitor.BeginList(name, EWire::kSigned32, entries.size());
+    visitor.BeginList(name, ECountWire::kSigned32, entries.size());
     for (const SwitchUpdateEntry& entry : entries)
       eHal::detail::Describe<EntrySchema>(visitor, "", entry);
     visitor.EndList();
+  }
+  static EValueType Type() {
+    return EValueType::List(ECountWire::kSigned32, PartType<EntrySchema>());
   }
 };
 
@@ -48,8 +57,8 @@ struct ESwitchUpdateMessage::Schema {
                       Field("SecondHeaderValue", &ESwitchUpdateMessage::m_SecondHeaderValue),
                       Field("Entries", &ESwitchUpdateMessage::m_Entries, EntryList{}));
   static constexpr Layout kLayouts[] = {{8}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eSwitchUpdateMessage", 94,
-                                                 "ESwitchUpdateMessage::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eSwitchUpdateMessage", 94,
+                                              "ESwitchUpdateMessage::SerializeIn"};
 };
 
 template class ERecord<ESwitchUpdateMessage>;

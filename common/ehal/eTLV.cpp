@@ -6,14 +6,16 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
+using detail::SameFields;
 
 struct ETLV::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("Type", &ETLV::m_Type), Field("Value", &ETLV::m_Value));
   static constexpr Layout kLayouts[] = {{0x45536509}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eTLV", 91,
-                                                 "eHal::ETLV::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eTLV", 91,
+                                              "eHal::ETLV::SerializeIn"};
 };
 
 void ETLV::Swap(ETLV& other) {

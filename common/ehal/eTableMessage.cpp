@@ -4,15 +4,16 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
 
 struct ETableMessage::Schema {
   static constexpr auto kFields = std::make_tuple(
       Field("MessageType", &ETableMessage::m_MessageType),
       Field("Message", &ETableMessage::m_Message), Field("TableName", &ETableMessage::m_TableName));
   static constexpr Layout kLayouts[] = {{0x22220022}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eTableMessage", 101,
-                                                 "eHal::ETableMessage::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eTableMessage", 101,
+                                              "eHal::ETableMessage::SerializeIn"};
 };
 
 void ETableMessage::Empty() {

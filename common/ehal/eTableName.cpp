@@ -4,13 +4,14 @@
 
 namespace eHal {
 
-using namespace detail;
+using detail::Field;
+using detail::Layout;
 
 struct ETableName::Schema {
   static constexpr auto kFields = std::make_tuple(Field("TableName", &ETableName::m_TableName));
   static constexpr Layout kLayouts[] = {{0x32220022}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eTableName", 102,
-                                                 "eHal::ETableName::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eTableName", 102,
+                                              "eHal::ETableName::SerializeIn"};
 };
 
 const std::string ETableName::UnknownTableName = "UnknownTable";

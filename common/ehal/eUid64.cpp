@@ -8,17 +8,21 @@
 #include "eRecordSchema.h"
 #include "eTextDigits.h"
 
-using namespace eHal::detail;
+using eHal::detail::BlobOfCodec;
+using eHal::detail::JoinLowerHexPairs;
+using eHal::detail::Layout;
+using eHal::detail::Property;
 
 // Version 1, then the eight bytes as a blob.
 struct EUID::Schema {
+  // A record read starts empty.
+  static constexpr auto kBeforeRead = &EUID::Empty;
   static void SetIdBytes(EUID& id, const EBlob& bytes) { id.SetId(bytes); }
 
   static constexpr auto kFields =
-      std::make_tuple(Property<EUID>("Id", BlobOf<&EUID::GetAsBlob, SetIdBytes>{}));
+      std::make_tuple(Property<EUID>("Id", BlobOfCodec<&EUID::GetAsBlob, SetIdBytes>{}));
   static constexpr Layout kLayouts[] = {{1}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eUid64", 68,
-                                                 "EUID::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eUid64", 68, "EUID::SerializeIn"};
 };
 
 namespace {
@@ -79,11 +83,6 @@ std::string EUID::GetAsString() const {
 
 std::string EUID::GetAsByteString() const {
   return JoinLowerHexPairs(m_Id, kLength, " ");
-}
-
-void EUID::SerializeIn(EArchive& archive) {
-  Empty();
-  Read<Schema>(archive, *this);
 }
 
 namespace eHal {

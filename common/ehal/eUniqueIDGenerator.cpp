@@ -5,7 +5,11 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Kept;
+using eHal::detail::kUnsigned;
+using eHal::detail::Layout;
+using eHal::detail::ZeroEndedCodec;
 
 namespace {
 
@@ -51,6 +55,12 @@ struct FreeRange {
     kUnsigned.Describe(visitor, "Last", range.first);
     visitor.EndRecord();
   }
+  static EValueType Type() { return EValueType::Record(&Kept<FreeRange>); }
+  static ERecordDescription Description() {
+    ERecordDescription range;
+    range.fields = {{"First", kUnsigned.Type()}, {"Last", kUnsigned.Type()}};
+    return range;
+  }
 };
 
 }  // namespace
@@ -60,14 +70,20 @@ struct FreeRange {
 struct EUniqueIDGenerator::Schema {
   static constexpr auto kFields = std::make_tuple(
       Field("LastId", &EUniqueIDGenerator::m_LastId),
-      Field("FreeRanges", &EUniqueIDGenerator::m_FreeRanges, ZeroEnded<FreeRange>{}));
+      Field("FreeRanges", &EUniqueIDGenerator::m_FreeRanges, ZeroEndedCodec<FreeRange>{}));
   static constexpr Layout kLayouts[] = {{0x1101001}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eUniqueIDGenerator", 101,
-                                                 "EUniqueIDGenerator::SerializeIn"};
+  // A stream with no free range gives the default range.
+  static constexpr auto kAfterRead = &EUniqueIDGenerator::FreeEverythingWhenNoneFree;
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eUniqueIDGenerator", 101,
+                                              "EUniqueIDGenerator::SerializeIn"};
 };
 
 EUniqueIDGenerator::EUniqueIDGenerator() {
   FreeEverything();
+}
+
+void EUniqueIDGenerator::FreeEverythingWhenNoneFree() {
+  if (m_FreeRanges.empty()) FreeEverything();
 }
 
 void EUniqueIDGenerator::FreeEverything() {
@@ -150,11 +166,6 @@ void EUniqueIDGenerator::Take(Ranges::iterator range, unsigned int id) {
     m_FreeRanges.emplace_hint(range, id - 1, first);
     range->second = id + 1;
   }
-}
-
-void EUniqueIDGenerator::SerializeIn(EArchive& archive) {
-  Read<Schema>(archive, *this);
-  if (m_FreeRanges.empty()) FreeEverything();
 }
 
 template class ERecord<EUniqueIDGenerator>;

@@ -4,9 +4,21 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::DescriptionOf;
+using eHal::detail::Field;
+using eHal::detail::kSigned;
+using eHal::detail::kUnsigned;
+using eHal::detail::Layout;
+using eHal::detail::LayoutsOf;
+using eHal::detail::NestedCodec;
+using eHal::detail::Property;
+using eHal::detail::ReadPastEnd;
+using eHal::detail::ReadRecord;
+using eHal::detail::Write;
 
 struct EUniqueIDMapImplBase::Schema {
+  // A map read starts empty.
+  static constexpr auto kBeforeRead = &EUniqueIDMapImplBase::Empty;
   // The items: their count (written as unsigned 64-bit, read as a signed int), then for each in
   // identifier order its identifier and the item in the typed map's form. The reader adds each
   // item under its identifier and stops early where the data runs out.
@@ -29,7 +41,7 @@ struct EUniqueIDMapImplBase::Schema {
     }
     static void Describe(ERecordVisitor& visitor, const char* name,
                          const EUniqueIDMapImplBase& map) {
-      visitor.BeginList(name, EWire::kUnsigned64, map.m_Items.size());
+      visitor.BeginList(name, ECountWire::kUnsigned64, map.m_Items.size());
       for (const auto& entry : map.m_Items) {
         visitor.BeginRecord("");
         kUnsigned.Describe(visitor, "Id", map.GetItemId(entry.second));
@@ -37,6 +49,11 @@ struct EUniqueIDMapImplBase::Schema {
         visitor.EndRecord();
       }
       visitor.EndList();
+    }
+    // Each entry is its identifier and the item: the typed map states the item's type (see
+    // DescriptionWithEntries).
+    static EValueType Type() {
+      return EValueType::List(ECountWire::kUnsigned64, EValueType::Record(nullptr));
     }
   };
 
@@ -53,6 +70,7 @@ struct EUniqueIDMapImplBase::Schema {
                          const EUniqueIDGenerator& generator) {
       generator.Describe(visitor, name);
     }
+    static EValueType Type() { return NestedCodec::TypeFor<EUniqueIDGenerator>(); }
   };
 
   static constexpr auto kFields =
@@ -60,8 +78,8 @@ struct EUniqueIDMapImplBase::Schema {
                       Field("IdGenerator", &EUniqueIDMapImplBase::m_IdGenerator, Generator{}));
   static constexpr Layout kLayouts[] = {{0x1101001}};
   // The map is a template in its header, which the report names.
-  static constexpr ESerializeErrorSite kError = {"common/include/eUniqueIDMap", 472,
-                                                 "EUniqueIDMap<MapItem, ParentPType>::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"common/include/eUniqueIDMap", 472,
+                                              "EUniqueIDMap<MapItem, ParentPType>::SerializeIn"};
 };
 
 EUniqueIDMapImplBase::iterator EUniqueIDMapImplBase::AddOwnedItem(void* item) {
@@ -156,12 +174,26 @@ void EUniqueIDMapImplBase::SerializeOut(EArchive& archive) const {
 }
 
 void EUniqueIDMapImplBase::SerializeIn(EArchive& archive) {
-  Empty();
-  Read<Schema>(archive, *this);
+  ReadRecord<Schema>(archive, *this);
 }
 
 void EUniqueIDMapImplBase::Describe(ERecordVisitor& visitor, const char* name) const {
   eHal::detail::Describe<Schema>(visitor, name, *this);
+}
+
+ERecordDescription EUniqueIDMapImplBase::DescriptionWithEntries(
+    const ERecordDescription& (*entry)()) {
+  ERecordDescription description = DescriptionOf<Schema>();
+  description.fields.front().type.item =
+      std::make_shared<const EValueType>(EValueType::Record(entry));
+  return description;
+}
+
+ERecordDescription EUniqueIDMapImplBase::EntryDescription(const EValueType* item) {
+  ERecordDescription entry;
+  entry.fields.push_back({"Id", kUnsigned.Type()});
+  if (item != nullptr) entry.fields.push_back({"", *item});
+  return entry;
 }
 
 std::vector<ERecordLayout> EUniqueIDMapImplBase::Layouts() {

@@ -9,7 +9,16 @@
 #include "eTextDigits.h"
 #include "eVLAN.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::HexValue;
+using eHal::detail::kDropped;
+using eHal::detail::kShort;
+using eHal::detail::kUnsigned;
+using eHal::detail::Layout;
+using eHal::detail::Property;
+using eHal::detail::ReadCounted;
+using eHal::detail::SameFields;
+using eHal::detail::WriteUpperHex;
 
 namespace {
 
@@ -61,11 +70,12 @@ struct EVLANIPAddressTableItemProperties::Schema {
       });
     }
     static void Describe(ERecordVisitor& visitor, const char* name, const Tags& tags) {
-      visitor.BeginList(name, EWire::kUnsigned32, tags.size());
+      visitor.BeginList(name, ECountWire::kUnsigned32, tags.size());
       for (const unsigned int word : tags)
         kUnsigned.Describe(visitor, "", word);
       visitor.EndList();
     }
+    static EValueType Type() { return EValueType::List(ECountWire::kUnsigned32, kUnsigned.Type()); }
   };
 
   // Version 1: the count, then exactly that many tags, each from a 16-bit tag control value:
@@ -82,6 +92,7 @@ struct EVLANIPAddressTableItemProperties::Schema {
                                     : ConvertLegacyTCIDToNewTCID(control | kVlanDefaultValue));
       });
     }
+    static EValueType Type() { return EValueType::List(ECountWire::kUnsigned32, kShort.Type()); }
   };
 
   // One part of the single tag: an unsigned int whose bits under `Mask` land at `Shift` in tag
@@ -93,11 +104,11 @@ struct EVLANIPAddressTableItemProperties::Schema {
       if (First || tags.empty()) tags.assign(1, 0);
       tags[0] |= bits;
     }
+    static EValueType Type() { return kUnsigned.Type(); }
   };
 
   static constexpr auto kFields =
       std::make_tuple(Field("Flags", &R::m_Flags), Field("Tags", &R::m_Tags, TagWords{}));
-  // Positions 2 to 5, after kFields.
   static constexpr auto kReadOnlyFields = std::make_tuple(
       Property<R>("TagControls", TagControls{}),
       Field("VLANID", &R::m_Tags, SingleTagPart<0, kIdMask, true>{}),
@@ -105,15 +116,16 @@ struct EVLANIPAddressTableItemProperties::Schema {
       Field("CanonicalFormat", &R::m_Tags,
             SingleTagPart<kCanonicalFormatShift, kCanonicalFormatMask, false>{}));
   // Flags, then the tag control values.
-  static constexpr int kVersion1[] = {0, 2};
+  static constexpr const char* kVersion1[] = {"Flags", "TagControls"};
   // Flags, a value no longer used, then the VLAN id, priority and canonical format of one tag.
-  static constexpr int kSingleTag[] = {0, kDropped, 3, 4, 5};
+  static constexpr const char* kSingleTag[] = {"Flags", kDropped, "VLANID", "UserPriority",
+                                               "CanonicalFormat"};
   static constexpr Layout kLayouts[] = {
       {2},
       {1, kVersion1},
       {0x13156111, kSingleTag},
   };
-  static constexpr ESerializeErrorSite kError = {
+  static constexpr ERefusalReport kRefusal = {
       "x86_64/common/ehal/eVLANIPAddressTableItemProperties", 414,
       "EVLANIPAddressTableItemProperties::SerializeIn"};
 };

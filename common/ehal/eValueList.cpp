@@ -17,7 +17,12 @@
 #include "eTextDigits.h"
 #include "vqml.h"
 
-using namespace eHal::detail;
+using eHal::detail::EnumText;
+using eHal::detail::Field;
+using eHal::detail::HexValue;
+using eHal::detail::JoinLowerHexPairs;
+using eHal::detail::Layout;
+using eHal::detail::WriteLowerHex;
 
 // The client message id is also read ahead of the signature check (see SerializeIn).
 struct eValueList::Schema {
@@ -26,9 +31,11 @@ struct eValueList::Schema {
                       Field("ReturnCode", &eValueList::m_ReturnCode),
                       Field("XmlContent", &eValueList::m_XmlContent));
   static constexpr Layout kLayouts[] = {{0x11334356}};
-  static constexpr EWire kSignatureWire = EWire::kUnsigned32;
-  static constexpr ESerializeErrorSite kError = {"x86_64/common/ehal/eValueList", 326,
-                                                 "eValueList::SerializeIn"};
+  static constexpr ENumberWire kSignatureWire = ENumberWire::kUnsigned32;
+  // The client message id is read before the signature is checked, as the message always was.
+  static constexpr const char* kReadBeforeCheck = "ClientMessageId";
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eValueList", 326,
+                                              "eValueList::SerializeIn"};
 };
 
 namespace {
@@ -195,14 +202,15 @@ struct MemberAccess<Member> {
 
 // The field held by data member `Member`, at `offset` with `width` bytes.
 template <auto Member>
-constexpr MemberField<typename MemberAccess<Member>::Owner> Bytes(unsigned int offset,
-                                                                  unsigned int width) {
+constexpr MemberField<typename MemberAccess<Member>::Owner> EntryBytes(unsigned int offset,
+                                                                       unsigned int width) {
   return {{offset, width}, &MemberAccess<Member>::Get, &MemberAccess<Member>::Set};
 }
 
 // The numbers of `entry`, in the order of `fields`.
 template <typename Entry, std::size_t N>
-std::array<std::uint64_t, N> ValuesOf(const MemberField<Entry> (&fields)[N], const Entry& entry) {
+std::array<std::uint64_t, N> EntryValues(const MemberField<Entry> (&fields)[N],
+                                         const Entry& entry) {
   std::array<std::uint64_t, N> values{};
   for (std::size_t i = 0; i < N; ++i)
     values[i] = fields[i].get(entry);
@@ -229,8 +237,9 @@ struct EntryForm<overlay_base_address> {
   using E = overlay_base_address;
   static constexpr unsigned int kSize = 21;
   static constexpr MemberField<E> kFields[] = {
-      Bytes<&E::cookie>(0, 8),  Bytes<&E::stream_num>(8, 2),  Bytes<&E::udf_num>(10, 2),
-      Bytes<&E::field4>(12, 1), Bytes<&E::item_count>(13, 4), Bytes<&E::field6>(17, 4)};
+      EntryBytes<&E::cookie>(0, 8),      EntryBytes<&E::stream_num>(8, 2),
+      EntryBytes<&E::udf_num>(10, 2),    EntryBytes<&E::field4>(12, 1),
+      EntryBytes<&E::item_count>(13, 4), EntryBytes<&E::field6>(17, 4)};
   static constexpr bool kTrailingBlank = true;
 };
 
@@ -238,9 +247,9 @@ template <>
 struct EntryForm<background_base_address> {
   using E = background_base_address;
   static constexpr unsigned int kSize = 20;
-  static constexpr MemberField<E> kFields[] = {Bytes<&E::field1>(0, 8), Bytes<&E::field2>(8, 4),
-                                               Bytes<&E::field3>(12, 2), Bytes<&E::field4>(14, 2),
-                                               Bytes<&E::field5>(16, 4)};
+  static constexpr MemberField<E> kFields[] = {
+      EntryBytes<&E::field1>(0, 8), EntryBytes<&E::field2>(8, 4), EntryBytes<&E::field3>(12, 2),
+      EntryBytes<&E::field4>(14, 2), EntryBytes<&E::field5>(16, 4)};
   static constexpr bool kTrailingBlank = false;
 };
 
@@ -248,8 +257,9 @@ template <>
 struct EntryForm<valuelist_label_enable_disable_entry> {
   using E = valuelist_label_enable_disable_entry;
   static constexpr unsigned int kSize = 12;
-  static constexpr MemberField<E> kFields[] = {Bytes<&E::field1>(0, 2), Bytes<&E::field2>(2, 2),
-                                               Bytes<&E::field3>(4, 4), Bytes<&E::field4>(8, 4)};
+  static constexpr MemberField<E> kFields[] = {
+      EntryBytes<&E::field1>(0, 2), EntryBytes<&E::field2>(2, 2), EntryBytes<&E::field3>(4, 4),
+      EntryBytes<&E::field4>(8, 4)};
 };
 
 // A label update: stream num, udf num, offset and value count, then 4 bytes per value. Its
@@ -296,14 +306,15 @@ std::array<std::uint64_t, N> LoadFields(const PayloadBytes& payload, std::uint64
 // Writes one entry at `at`; returns its size in the binary form.
 template <typename Entry>
 std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at, const Entry& entry) {
-  StoreFields(payload, at, EntryForm<Entry>::kFields, ValuesOf(EntryForm<Entry>::kFields, entry));
+  StoreFields(payload, at, EntryForm<Entry>::kFields,
+              EntryValues(EntryForm<Entry>::kFields, entry));
   return EntryForm<Entry>::kSize;
 }
 
 std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at,
                          const eValueListLabelUpdateEntry& entry) {
   using Form = EntryForm<eValueListLabelUpdateEntry>;
-  StoreFields(payload, at, Form::kFields, ValuesOf(Form::kFields, entry));
+  StoreFields(payload, at, Form::kFields, EntryValues(Form::kFields, entry));
   std::uint64_t end = at + Form::kHeadSize;
   for (unsigned int i = 0; i < entry.GetValueCount(); ++i, end += Form::kValueWidth)
     payload.Store(end, Form::kValueWidth, entry.GetValue(i));
@@ -559,19 +570,19 @@ unsigned int MatchRequestType(const char* text, unsigned int current) {
 // Entries.
 
 bool overlay_base_address::operator==(const overlay_base_address& other) const {
-  return ValuesOf(EntryForm<overlay_base_address>::kFields, *this) ==
-         ValuesOf(EntryForm<overlay_base_address>::kFields, other);
+  return EntryValues(EntryForm<overlay_base_address>::kFields, *this) ==
+         EntryValues(EntryForm<overlay_base_address>::kFields, other);
 }
 
 bool valuelist_label_enable_disable_entry::operator==(
     const valuelist_label_enable_disable_entry& other) const {
-  return ValuesOf(EntryForm<valuelist_label_enable_disable_entry>::kFields, *this) ==
-         ValuesOf(EntryForm<valuelist_label_enable_disable_entry>::kFields, other);
+  return EntryValues(EntryForm<valuelist_label_enable_disable_entry>::kFields, *this) ==
+         EntryValues(EntryForm<valuelist_label_enable_disable_entry>::kFields, other);
 }
 
 bool background_base_address::operator==(const background_base_address& other) const {
-  return ValuesOf(EntryForm<background_base_address>::kFields, *this) ==
-         ValuesOf(EntryForm<background_base_address>::kFields, other);
+  return EntryValues(EntryForm<background_base_address>::kFields, *this) ==
+         EntryValues(EntryForm<background_base_address>::kFields, other);
 }
 
 unsigned int eValueListLabelUpdateEntry::GetValue(unsigned int index) const {
@@ -857,13 +868,6 @@ void eValueList::Parse() {
     // "port-id" is read by nobody; any other element is ignored.
   }
   if (message != nullptr) TakeMessage(*message, PayloadOf(message.get()), available);
-}
-
-void eValueList::SerializeIn(EArchive& archive) {
-  const unsigned int signature = archive.ReadUnsignedInt();
-  // The client message id is read before the signature is checked, as the message always was.
-  ReadFieldAt<Schema>(archive, *this, 0);
-  ReadFields<Schema>(archive, *this, FindLayout<Schema>(signature), 1);
 }
 
 template class ERecord<eValueList>;

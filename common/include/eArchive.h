@@ -18,16 +18,6 @@
 
 enum eArchiveMode { eModeNone = 0, eModeStoring = 1, eModeLoading = 2 };
 
-// Where a reader reports a signature that it does not accept: the file, line and operation
-// texts of its serialisation error (see EArchive::SerializeError).
-struct ESerializeErrorSite {
-  const char* file;
-  int line;
-  const char* function;
-
-  [[noreturn]] void Raise() const;
-};
-
 class EArchive {
  public:
   // Called by SerializeError in place of the default report; see SetSerializeErrorHandler.
@@ -280,7 +270,7 @@ inline unsigned int EArchive::ReadUnsignedInt() {
   return value;
 }
 
-inline void ESerializeErrorSite::Raise() const {
+inline void ERefusalReport::Raise() const {
   EArchive::SerializeError(file, line, function);
 }
 

@@ -134,9 +134,6 @@ class ECommandLog : public ERecord<ECommandLog> {
   void Copy(const ECommandLog& other) { *this = other; }
   void Swap(ECommandLog& other);
 
-  // Empties the log, then reads it (see Schema).
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in eCommandLog.cpp
 
  private:

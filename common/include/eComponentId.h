@@ -51,9 +51,6 @@ class EComponentId : public ERecord<EComponentId> {
   // The components in decimal joined by "."; empty text for the empty identifier.
   std::string ToString() const;
 
-  // Empties the identifier, then reads it (see Schema).
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in eComponentId.cpp
 
  private:

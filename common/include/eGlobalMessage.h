@@ -18,8 +18,6 @@ class EGlobalMessage : public EEnvelope<EGlobalMessage> {
 
   // Type 0, empty payload, object type 0.
   void Empty();
-  // The older layout carries no object type; reading it sets the object type to 0.
-  void SerializeIn(EArchive& archive);
 
   struct Schema;  // the archive form, in eGlobalMessage.cpp
 

@@ -33,6 +33,8 @@ class EIPAddressTable : public EAddressTable<EIPAddressRange, EIPAddressTableIte
   void SerializeIn(EArchive& archive);
   // Hands the table to `visitor` in its archive form (see ERecordVisitor).
   void Describe(ERecordVisitor& visitor, const char* name = "") const;
+  // What the table holds, without an instance.
+  static const ERecordDescription& Description();
 
   // At level 6: the title "IP Address Table", a rule, the rows (the first with the column
   // header), a rule. Nothing for a null or silent channel.

@@ -30,6 +30,8 @@ class EIPMaskedAddress : public EIPAddress {
   void Describe(ERecordVisitor& visitor, const char* name = "") const;
   // The layouts of the address record it opens with, each followed by the mask.
   static std::vector<ERecordLayout> Layouts();
+  // What the address and mask hold, without an instance.
+  static const ERecordDescription& Description();
 
   // Writes all 16 mask bytes for prefix length n; false (and no change) above 128.
   bool SetMaskPrefixNumber(unsigned int n);

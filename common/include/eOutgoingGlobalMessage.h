@@ -18,8 +18,6 @@ class EOutgoingGlobalMessage : public EEnvelope<EOutgoingGlobalMessage> {
 
   // Type 0, empty payload, object type 1.
   void Empty();
-  // The older layout carries no object type; reading it sets the object type to 1.
-  void SerializeIn(EArchive& archive);
 
   struct Schema;  // the archive form, in eOutgoingGlobalMessage.cpp
 

@@ -22,9 +22,6 @@ class EOutgoingProtocolMessage : public EEnvelope<EOutgoingProtocolMessage> {
 
   // Type 0, empty payload, unknown protocol name, object type 2.
   void Empty();
-  // The older layout carries no object type; reading it sets the object type to 0 (not to the
-  // default 2).
-  void SerializeIn(EArchive& archive);
 
   struct Schema;  // the archive form, in eOutgoingProtocolMessage.cpp
 

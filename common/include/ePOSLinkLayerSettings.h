@@ -62,10 +62,6 @@ class EPOSLinkLayerSettings : public ERecord<EPOSLinkLayerSettings> {
   // "Encapsulation:<link type> TxCRCSize:<bits> RxCRCSize:<bits>" and a line feed.
   std::string GetLogString(unsigned int port) const;
 
-  // Archived by ERecord, which writes the ports from 63 down to 0. Reads the current layout,
-  // or the older one that carries only port 0 (the other ports keep their values).
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in ePOSLinkLayerSettings.cpp
 
  private:

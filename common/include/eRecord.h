@@ -11,10 +11,11 @@
 
 class EArchive;
 class EBlob;
+struct ERecordDescription;
 
 // How a number travels in the archive. Every number is decimal text and one blank; the form
 // says how it is written and how many bits a reader keeps.
-enum class EWire : unsigned char {
+enum class ENumberWire : unsigned char {
   kUnsigned8,            // unsigned text; the reader keeps the low 8 bits
   kUnsigned16,           // unsigned text; the reader keeps the low 16 bits
   kUnsigned32,           // unsigned text
@@ -22,9 +23,28 @@ enum class EWire : unsigned char {
   kSignedOutUnsignedIn,  // written as signed text, read back as unsigned 32-bit
   kUnsigned64,           // unsigned 64-bit text
   kBool,                 // 1 or 0; the reader takes any non-zero 32-bit value as true
-  kNone,                 // nothing is written (the count of a fixed-size list)
-  kZeroEnded,            // no count; a 0 follows the last item (a list whose items never begin
-                         // with 0)
+};
+
+// How a list says how many items it holds.
+enum class ECountWire : unsigned char {
+  kUnsigned64,  // a count written as unsigned 64-bit text, read back as unsigned 32-bit
+  kUnsigned32,  // a count as unsigned 32-bit text
+  kSigned32,    // a count as signed 32-bit text
+  kFixed,       // no count: the record always holds the same number of items
+  kZeroEnded,   // no count; a 0 follows the last item (a list whose items never begin with 0)
+};
+
+// The report a reader prints when it refuses a signature (see EArchive::SerializeError). Receivers
+// match on these texts byte for byte, so each is a wire-compatibility constant: the file, line
+// and operation it names are those of the peer's reader that first printed it, not this
+// library's source locations, and they never change.
+struct ERefusalReport {
+  const char* file;
+  int line;
+  const char* function;
+
+  // Prints the report and ends the process (or hands it to the installed handler).
+  [[noreturn]] void Raise() const;
 };
 
 // Receives the description of a record: its fields in archive order with their names and values.
@@ -36,16 +56,15 @@ class ERecordVisitor {
 
   // A number in the given wire form. For the signed forms `value` is the number sign-extended to
   // 64 bits (static_cast<std::int64_t>(value) gives it back).
-  virtual void Number(const char* name, EWire wire, std::uint64_t value) = 0;
+  virtual void Number(const char* name, ENumberWire wire, std::uint64_t value) = 0;
   // A string: its length as unsigned 64-bit text, then its raw bytes.
   virtual void Text(const char* name, const std::string& value) = 0;
   // A byte blob in its own archive form (signature, length, raw bytes).
   virtual void Bytes(const char* name, const EBlob& value) = 0;
   virtual void BeginRecord(const char* name) = 0;
   virtual void EndRecord() = 0;
-  // A list of `count` items; `countWire` is how the count is written (kNone: not at all;
-  // kZeroEnded: not at all, and a 0 is written after the last item).
-  virtual void BeginList(const char* name, EWire countWire, std::size_t count) = 0;
+  // A list of `count` items; `countWire` is how the count is written.
+  virtual void BeginList(const char* name, ECountWire countWire, std::size_t count) = 0;
   virtual void EndList() = 0;
 };
 
@@ -75,6 +94,8 @@ class ERecord {
   // Every layout the reader accepts, newest (the one written) first; empty for a record that
   // travels without a signature of its own.
   static std::vector<ERecordLayout> Layouts();
+  // What the record writes and reads, without an instance (made once, kept for the process).
+  static const ERecordDescription& Description();
 
   friend EArchive& operator<<(EArchive& archive, const Derived& record) {
     record.SerializeOut(archive);

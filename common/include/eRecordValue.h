@@ -19,11 +19,12 @@ class ERecordValue {
   enum class Kind : unsigned char { kNumber, kText, kBytes, kRecord, kList };
 
   Kind kind = Kind::kRecord;
-  std::string name;                 // empty for the items of a list
-  EWire wire = EWire::kUnsigned32;  // a number's form; a list's count form
-  std::uint64_t number = 0;         // sign-extended to 64 bits for the signed forms
-  std::string bytes;                // a text, or the raw bytes of a blob
-  std::vector<ERecordValue> items;  // a record's fields or a list's items
+  std::string name;                                // empty for the items of a list
+  ENumberWire wire = ENumberWire::kUnsigned32;     // a number's form
+  ECountWire countWire = ECountWire::kUnsigned64;  // a list's count form
+  std::uint64_t number = 0;                        // sign-extended to 64 bits for the signed forms
+  std::string bytes;                               // a text, or the raw bytes of a blob
+  std::vector<ERecordValue> items;                 // a record's fields or a list's items
 
   // The description of anything that describes itself as a record does.
   template <typename Record>
@@ -67,12 +68,12 @@ class ERecordValueBuilder : public ERecordVisitor {
   // The description received: the outermost record.
   ERecordValue Result() const;
 
-  void Number(const char* name, EWire wire, std::uint64_t value) override;
+  void Number(const char* name, ENumberWire wire, std::uint64_t value) override;
   void Text(const char* name, const std::string& value) override;
   void Bytes(const char* name, const EBlob& value) override;
   void BeginRecord(const char* name) override;
   void EndRecord() override;
-  void BeginList(const char* name, EWire countWire, std::size_t count) override;
+  void BeginList(const char* name, ECountWire countWire, std::size_t count) override;
   void EndList() override;
 
  private:

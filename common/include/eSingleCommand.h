@@ -35,9 +35,6 @@ class ESingleCommand : public ERecord<ESingleCommand> {
   void Copy(const ESingleCommand& other) { *this = other; }
   void Swap(ESingleCommand& other);
 
-  // Empties the command, then reads it (see Schema).
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in eSingleCommand.cpp
 
  private:

@@ -47,9 +47,6 @@ class EUID : public ERecord<EUID> {
   // "00 11 22 ff fe 33 44 55".
   std::string GetAsByteString() const;
 
-  // Empties the identifier first, then reads it (see Schema).
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in eUid64.cpp
 
  private:

@@ -44,10 +44,6 @@ class EUniqueIDGenerator : public ERecord<EUniqueIDGenerator> {
   void Swap(EUniqueIDGenerator& other);
   void Copy(const EUniqueIDGenerator& other) { *this = other; }
 
-  // Reads the last identifier and the free ranges, which replace the current ones; a stream
-  // with no range gives the default range (see Schema).
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in eUniqueIDGenerator.cpp
 
  private:
@@ -57,6 +53,8 @@ class EUniqueIDGenerator : public ERecord<EUniqueIDGenerator> {
 
   // Makes [1, MaxIDValue] the only free range.
   void FreeEverything();
+  // FreeEverything, when no range is free (as after reading a stream that names none).
+  void FreeEverythingWhenNoneFree();
   // Takes `id` out of the range at `range`, which holds it.
   void Take(Ranges::iterator range, unsigned int id);
 

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "eRecord.h"
+#include "eRecordDescription.h"
 #include "eUniqueIDMapImplBase.h"
 
 namespace eHal::detail {
@@ -72,6 +73,12 @@ class EUniqueIDMap : public EUniqueIDMapImplBase {
   // Swap with a map of the same item type only.
   void Swap(EUniqueIDMap& other) { EUniqueIDMapImplBase::Swap(other); }
 
+  // What the map holds, without an instance: its entries carry the item type's description.
+  static const ERecordDescription& Description() {
+    static const ERecordDescription description = DescriptionWithEntries(&Entry);
+    return description;
+  }
+
  protected:
   unsigned int GetItemId(const void* item) const override { return Cast(item)->GetLocalId(); }
   void SetItemId(void* item, unsigned int id) const override { Cast(item)->SetLocalId(id); }
@@ -95,6 +102,17 @@ class EUniqueIDMap : public EUniqueIDMapImplBase {
   }
 
  private:
+  static const ERecordDescription& Entry() {
+    if constexpr (eHal::detail::IsDescribable<MapItem>::value) {
+      static const EValueType item = EValueType::Record(&MapItem::Description);
+      static const ERecordDescription entry = EntryDescription(&item);
+      return entry;
+    } else {
+      static const ERecordDescription entry = EntryDescription(nullptr);
+      return entry;
+    }
+  }
+
   static MapItem* Cast(void* item) { return static_cast<MapItem*>(item); }
   static const MapItem* Cast(const void* item) { return static_cast<const MapItem*>(item); }
 

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "eRecord.h"
+#include "eRecordDescription.h"
 #include "eUniqueIDGenerator.h"
 
 class EArchive;
@@ -93,6 +94,12 @@ class EUniqueIDMapImplBase {
 
  protected:
   EUniqueIDMapImplBase() = default;
+
+  // The map's description, each entry described by `entry` (see EntryDescription).
+  static ERecordDescription DescriptionWithEntries(const ERecordDescription& (*entry)());
+  // An entry: its identifier, then the item of type `item` (none for an item that does not
+  // describe itself).
+  static ERecordDescription EntryDescription(const EValueType* item);
   EUniqueIDMapImplBase(const EUniqueIDMapImplBase&) = delete;
 
   // The item operations, in this order, implemented by the typed map.

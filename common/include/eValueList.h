@@ -230,9 +230,6 @@ class eValueList : public ERecord<eValueList> {
   // The 24 request-type names, indexed by request type.
   static const char* const* value_list_msg_type_ascii();
 
-  // Reads the signature and the client message id, and only then checks the signature.
-  void SerializeIn(EArchive& archive);
-
   struct Schema;  // the archive form, in eValueList.cpp
 
  private:

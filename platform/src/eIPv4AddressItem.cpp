@@ -2,7 +2,8 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 // The model's own form: the enabled flag, the address, the gateway and the mask length. The
 // owner is a link inside the model and does not travel.
@@ -13,8 +14,8 @@ struct EIPv4AddressItem::Schema {
                       Field("Gateway", &EIPv4AddressItem::m_Gateway),
                       Field("MaskLength", &EIPv4AddressItem::m_MaskLength));
   static constexpr Layout kLayouts[] = {{0x1E040001}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/platform/src/eIPv4AddressItem", 40,
-                                                 "EIPv4AddressItem::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/platform/src/eIPv4AddressItem", 40,
+                                              "EIPv4AddressItem::SerializeIn"};
 };
 
 template class ERecord<EIPv4AddressItem>;

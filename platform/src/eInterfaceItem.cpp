@@ -5,7 +5,8 @@
 
 #include "eRecordSchema.h"
 
-using namespace eHal::detail;
+using eHal::detail::Field;
+using eHal::detail::Layout;
 
 // The model's own form: the interface's settings, its IPv4 item and its IPv6 list (which
 // carries the items' identifiers). The local id travels with the table's list, and the parent
@@ -19,8 +20,8 @@ struct EInterfaceItem::Schema {
       Field("IPv4AddressItem", &R::m_IPv4AddressItem),
       Field("IPv6AddressItems", &R::m_IPv6AddressItems));
   static constexpr Layout kLayouts[] = {{0x1E0E0001}};
-  static constexpr ESerializeErrorSite kError = {"x86_64/platform/src/eInterfaceItem", 80,
-                                                 "EInterfaceItem::SerializeIn"};
+  static constexpr ERefusalReport kRefusal = {"x86_64/platform/src/eInterfaceItem", 80,
+                                              "EInterfaceItem::SerializeIn"};
 };
 
 EInterfaceItem::EInterfaceItem() : m_IPv6AddressItems(this) {

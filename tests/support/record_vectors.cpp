@@ -13,6 +13,10 @@ namespace {
 
 using namespace std::string_literals;
 
+std::string Decimal(std::uint64_t value) {
+  return std::to_string(value) + " ";
+}
+
 // The description written into a fresh archive. (This library stays free of the test framework,
 // so it does not use the tests' archive shorthands.)
 std::string Written(const ERecordValue& value) {
@@ -23,8 +27,13 @@ std::string Written(const ERecordValue& value) {
                      archive.GetAsEBlob().GetSize());
 }
 
-std::string Decimal(std::uint64_t value) {
-  return std::to_string(value) + " ";
+// The older POS settings layout as first committed: the numbers 2 to 193 (three per port, for 64
+// ports) under its signature, of which a reader takes port 0 only (2, 3 and 4).
+std::string OlderPOSSettings() {
+  std::string bytes = Decimal(0x11334356);
+  for (unsigned int number = 2; number <= 193; ++number)
+    bytes += Decimal(number);
+  return bytes;
 }
 
 // Layouts that carry values the current record no longer describes, spelled out by hand: the
@@ -41,6 +50,7 @@ const std::map<std::pair<std::string, unsigned int>, std::string>& WorkedExample
       {{"EIPMaskedAddress", 0x18111111},
        "403771665 287454021 4 \x0A\x00\x00\x01"
        "420548881 287454021 4 \xFF\xFF\xFF\x00"s},
+      {{"eHal::EPOSLinkLayerSettings", 0x11334356}, OlderPOSSettings()},
   };
   return examples;
 }
@@ -50,7 +60,7 @@ void Replace(ERecordValue& value, unsigned int& next) {
     case ERecordValue::Kind::kNumber:
       if (value.name == "Signature") return;
       ++next;
-      value.number = value.wire == EWire::kBool ? next % 2 : next % 200 + 1;
+      value.number = value.wire == ENumberWire::kBool ? next % 2 : next % 200 + 1;
       return;
     case ERecordValue::Kind::kText:
       value.bytes.assign(value.bytes.size() + 1, static_cast<char>('a' + ++next % 26));
