@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "ehal.h"
@@ -53,15 +54,15 @@ class MemoryCount {
   MemoryCount& operator=(const MemoryCount&) = delete;
 };
 
-// Reads the record; false when the read ends in the serialisation error.
-bool Read(EArchive& archive, EAnyRecord& record) {
+// Reads a record of the class with the library's decode step; null when the read ends in the
+// serialisation error.
+std::unique_ptr<EAnyRecord> Read(const ERecordClass& recordClass, std::string_view bytes) {
   const MemoryCount count;
   try {
-    archive >> record;
+    return recordClass.Read(bytes).record;
   } catch (const SerializeErrorRaised&) {
-    return false;
+    return nullptr;
   }
-  return true;
 }
 
 // The bytes of a record, or of its description, written into a fresh archive.
@@ -85,17 +86,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size == 0) return 0;
   const std::vector<ERecordClass>& classes = ERecordRegistry::Classes();
   const ERecordClass& recordClass = classes[data[0] % classes.size()];
-  EArchive archive;
-  archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(EBlob(data + 1, static_cast<unsigned int>(size - 1)), true);
-  const std::unique_ptr<EAnyRecord> record = recordClass.Create();
-  const bool read = Read(archive, *record);
+  const std::unique_ptr<EAnyRecord> record =
+      Read(recordClass, std::string_view(reinterpret_cast<const char*>(data + 1), size - 1));
   if (gMemory.peak > kBaseBytes + kBytesPerInputByte * static_cast<long long>(size)) {
     std::fprintf(stderr, "reading %s from %zu bytes held %lld bytes\n", recordClass.name.c_str(),
                  size, gMemory.peak);
     __builtin_trap();
   }
-  if (!read) return 0;
+  if (record == nullptr) return 0;
   if (!(Written(ERecordValue::Of(*record)) == Written(*record))) __builtin_trap();
   return 0;
 }

@@ -24,23 +24,6 @@ void HandleSerializeError(const char* file, int line, const char* function) {
   // Returning lets the library print its report and end the process, as without the module.
 }
 
-EBlob BlobOf(std::string_view bytes) {
-  if (bytes.size() >= 0xFFFFFFFFu) throw BadInput("more than 4 GiB of archive bytes");
-  return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
-}
-
-// A loading archive over a copy of the bytes, terminated as a receiver stores them.
-void Load(EArchive& archive, std::string_view bytes) {
-  archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(BlobOf(bytes), true);
-}
-
-// True when the reads stayed inside the bytes: none wrapped to the start and none ran past the
-// end (which leaves the position on the terminating zero or beyond).
-bool ReadInside(const EArchive& archive, std::size_t size) {
-  return archive.GetWrapCount() == 0 && archive.GetReadPosition() <= size;
-}
-
 // The bytes of a record, or of a description, written into a fresh archive.
 template <typename T>
 std::string BytesOf(const T& value) {
@@ -55,14 +38,12 @@ std::string BytesOf(const T& value) {
 // reader raises them.
 std::unique_ptr<EAnyRecord> ReadRecord(const ERecordClass& recordClass, std::string_view bytes,
                                        std::size_t* consumed = nullptr) {
-  EArchive archive;
-  Load(archive, bytes);
-  std::unique_ptr<EAnyRecord> record = recordClass.Create();
+  if (bytes.size() >= 0xFFFFFFFFu) throw BadInput("more than 4 GiB of archive bytes");
   const ThrowingScope throwing;
-  archive >> *record;
-  if (!ReadInside(archive, bytes.size())) return nullptr;
-  if (consumed != nullptr) *consumed = archive.GetReadPosition();
-  return record;
+  ERecordRead read = recordClass.Read(bytes);
+  if (!read.Complete()) return nullptr;
+  if (consumed != nullptr) *consumed = read.consumed;
+  return std::move(read.record);
 }
 
 std::string NumberText(const ERecordValue& value) {
@@ -89,69 +70,26 @@ std::string FirstDifference(const ERecordValue& given, const ERecordValue& kept,
   return "";
 }
 
-// The value reached by `path`, or null when the description has no such place.
-const ERecordValue* At(const ERecordValue& value, const std::vector<std::size_t>& path) {
+// The type of the list reached from a record of the description by `path`, as the description
+// states it; null when the path leads elsewhere.
+const EValueType* ListTypeAt(const ERecordDescription& description, const ERecordValue& value,
+                             const std::vector<std::size_t>& path) {
+  const ERecordDescription* record = &description;
+  const EValueType* type = nullptr;
   const ERecordValue* here = &value;
   for (const std::size_t index : path) {
     if (index >= here->items.size()) return nullptr;
     here = &here->items[index];
+    if (record != nullptr) {
+      const EFieldDescription* field = record->FindField(here->name);
+      if (field == nullptr) return nullptr;
+      type = &field->type;
+    } else if (type != nullptr && type->kind == EValueType::Kind::kList) {
+      type = type->item.get();
+    }
+    record = type->kind == EValueType::Kind::kRecord ? &type->record() : nullptr;
   }
-  return here;
-}
-ERecordValue* At(ERecordValue& value, const std::vector<std::size_t>& path) {
-  return const_cast<ERecordValue*>(At(std::as_const(value), path));
-}
-
-// The name a list is kept under: the class and the field names on the way to it.
-std::string ListKey(const ERecordClass& recordClass, const ERecordValue& value,
-                    const std::vector<std::size_t>& path) {
-  std::string key = recordClass.name;
-  const ERecordValue* here = &value;
-  for (const std::size_t index : path) {
-    here = &here->items[index];
-    key += "/" + (here->name.empty() ? std::string("[]") : here->name);
-  }
-  return key;
-}
-
-ERecordValue Scalar(ERecordValue::Kind kind) {
-  ERecordValue value;
-  value.kind = kind;
-  return value;
-}
-
-// What an item might be, in the order tried.
-std::vector<ERecordValue> ItemCandidates() {
-  std::vector<ERecordValue> candidates = {Scalar(ERecordValue::Kind::kNumber),
-                                          Scalar(ERecordValue::Kind::kText),
-                                          Scalar(ERecordValue::Kind::kBytes)};
-  for (const ERecordClass& recordClass : ERecordRegistry::Classes())
-    candidates.push_back(FreshValue(recordClass));
-  return candidates;
-}
-
-// The item the record describes when `candidate` is its list's only item, if it reads back
-// exactly.
-std::optional<ERecordValue> TryItem(const ERecordClass& recordClass, ERecordValue value,
-                                    const std::vector<std::size_t>& path,
-                                    const ERecordValue& candidate) {
-  ERecordValue& list = *At(value, path);
-  list.items.assign(1, candidate);
-  list.items.front().name.clear();
-  const std::string bytes = Written(value);
-  std::unique_ptr<EAnyRecord> record;
-  try {
-    record = ReadRecord(recordClass, bytes);
-  } catch (const SerializeFailure&) {
-    return std::nullopt;
-  }
-  if (record == nullptr) return std::nullopt;
-  const ERecordValue back = ERecordValue::Of(*record);
-  const ERecordValue* backList = At(back, path);
-  if (Written(back) != bytes || backList == nullptr ||
-      backList->kind != ERecordValue::Kind::kList || backList->items.size() != 1)
-    return std::nullopt;
-  return backList->items.front();
+  return type != nullptr && type->kind == EValueType::Kind::kList ? type : nullptr;
 }
 
 }  // namespace
@@ -225,31 +163,15 @@ std::string Written(const ERecordValue& value) {
 
 std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,
                                      const std::vector<std::size_t>& path) {
-  static std::mutex mutex;
-  static std::map<std::string, std::optional<ERecordValue>> items;
-  const ERecordValue* list = At(value, path);
-  if (list == nullptr || list->kind != ERecordValue::Kind::kList) return std::nullopt;
-  const std::string key = ListKey(recordClass, value, path);
-  {
-    const std::lock_guard<std::mutex> lock(mutex);
-    const auto found = items.find(key);
-    if (found != items.end()) return found->second;
-  }
-  std::optional<ERecordValue> item;
-  for (const ERecordValue& candidate : ItemCandidates()) {
-    item = TryItem(recordClass, value, path, candidate);
-    if (item) break;
-  }
-  const std::lock_guard<std::mutex> lock(mutex);
-  return items.emplace(key, item).first->second;
+  const EValueType* list = ListTypeAt(*recordClass.description, value, path);
+  if (list == nullptr) return std::nullopt;
+  return ERecordValue::OfType(*list->item);
 }
 
 unsigned int FirstNumber(std::string_view bytes) {
-  EArchive archive;
-  Load(archive, bytes);
-  const unsigned int number = archive.ReadUnsignedInt();
-  if (!ReadInside(archive, bytes.size())) throw BadInput("no number in the input");
-  return number;
+  const std::optional<unsigned int> number = ERecordRegistry::FirstNumber(bytes);
+  if (!number) throw BadInput("no number in the input");
+  return *number;
 }
 
 }  // namespace eHal::python

@@ -1,7 +1,7 @@
 // The Python module's work on records, free of Python: reading one record of a registered class
 // from archive bytes into its description, writing a description back through the record's own
-// reader and writer, and finding what an item of a list looks like. Serialisation errors become
-// exceptions here, on the threads inside the module only.
+// reader and writer, and making a fresh item of a list from the class's description. Serialisation
+// errors become exceptions here, on the threads inside the module only.
 #pragma once
 
 #include <cstddef>
@@ -77,10 +77,8 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value);
 // The archive bytes of a description as it stands.
 std::string Written(const ERecordValue& value);
 
-// An item of the list reached from the record `value` by `path` (indices into items), as the
-// record describes one: each candidate item (a number, a text, a blob, a fresh record of each
-// registered class) is put in the list alone, and the first that the record reads back exactly
-// gives the item. Found once per class and list, and kept. Null when no candidate fits.
+// A fresh item of the list reached from the record `value` by `path` (indices into items), of the
+// item type the class's description states. Null when the path leads to no list.
 std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,
                                      const std::vector<std::size_t>& path);
 

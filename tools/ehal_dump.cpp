@@ -12,6 +12,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -110,20 +111,16 @@ struct Decoded {
   std::size_t remaining;
 };
 
-// Reads one record of the class from the bytes as a receiver loads them. A signature the class
-// does not accept ends the process with the library's report.
+// Reads one record of the class from the bytes as a receiver loads them (see
+// ERecordClass::Read). A signature the class does not accept ends the process with the library's
+// report; a read that ran past the bytes or started over from the first byte is truncated input.
 Decoded Decode(const ERecordClass& recordClass, const std::string& bytes) {
-  EArchive archive;
-  archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
-  const std::unique_ptr<EAnyRecord> record = recordClass.Create();
-  archive >> *record;
-  // A read that ran past the data leaves the position beyond it (the terminating zero).
-  if (archive.GetReadPosition() > bytes.size())
+  const ERecordRead read = recordClass.Read(bytes);
+  if (!read.Complete())
     throw InputError{"input truncated: " + recordClass.name + " needs more than the " +
                      std::to_string(bytes.size()) + " bytes given"};
-  return {&recordClass, ERecordValue::Of(*record), archive.GetReadPosition(),
-          bytes.size() - archive.GetReadPosition()};
+  return {&recordClass, ERecordValue::Of(*read.record), read.consumed,
+          bytes.size() - read.consumed};
 }
 
 std::string Hex(unsigned int number) {
@@ -186,11 +183,9 @@ void List(const Options& options) {
 }
 
 void Guess(const Options& options, const std::string& bytes) {
-  EArchive archive;
-  archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
-  const unsigned int signature = archive.ReadUnsignedInt();
-  if (archive.GetReadPosition() > bytes.size()) throw InputError{"no number in the input"};
+  const std::optional<unsigned int> first = ERecordRegistry::FirstNumber(bytes);
+  if (!first) throw InputError{"no number in the input"};
+  const unsigned int signature = *first;
   Json json = Json::array();
   std::string text = "first number " + std::to_string(signature) + " (" + Hex(signature) + ")\n";
   const std::vector<ERecordMatch> matches = ERecordRegistry::Guess(signature);

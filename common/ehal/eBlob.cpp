@@ -8,6 +8,11 @@
 #include <utility>
 
 #include "eArchive.h"
+#include "eRecordDescription.h"
+#include "eRecordSchema.h"
+
+using eHal::detail::Layout;
+using eHal::detail::Property;
 
 namespace {
 
@@ -306,28 +311,63 @@ void EBlob::HexToText(char value, char* text) const {
   text[3] = '\0';
 }
 
+// The blob's archive form: a signature, then its size as an unsigned int and its raw bytes. The
+// old form carried hex text up to the end of the line.
+struct EBlob::Schema {
+  struct RawBytes {
+    static void Write(EArchive& archive, const EBlob& blob) { archive.WriteBlob(blob); }
+    static void Read(EArchive& archive, EBlob& blob) { archive.ReadBlob(blob); }
+    static void Describe(ERecordVisitor& visitor, const char* name, const EBlob& blob) {
+      visitor.Bytes(name, blob);
+    }
+    static EValueType Type() { return EValueType::RawBytes(); }
+  };
+  struct HexLine {
+    static void Read(EArchive& archive, EBlob& blob) {
+      std::string text;
+      archive.SerializeRawStringIn(text);
+      blob.SetHexString(text);
+    }
+    static EValueType Type() { return EValueType::HexLine(); }
+  };
+
+  static constexpr auto kFields = std::make_tuple(Property<EBlob>("Bytes", RawBytes{}));
+  static constexpr auto kReadOnlyFields = std::make_tuple(Property<EBlob>("HexText", HexLine{}));
+  static constexpr const char* kHexTextOnly[] = {"HexText"};
+  static constexpr Layout kLayouts[] = {{kSignature}, {kOldSignature, kHexTextOnly}};
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eBlob", 536,
+                                              "EBlob::SerializeIn"};
+};
+
 void EBlob::SerializeOut(EArchive& archive) const {
-  archive.WriteSignedInt(static_cast<int>(kSignature));
-  archive.WriteBlob(*this);
+  eHal::detail::Write<Schema>(archive, *this);
 }
 
 void EBlob::SerializeIn(EArchive& archive) {
-  const unsigned int signature = archive.ReadUnsignedInt();
-  if (signature == kSignature) {
-    archive.ReadBlob(*this);
-    return;
-  }
-  if (signature == kOldSignature) {
-    std::string text;
-    archive.SerializeRawStringIn(text);
-    SetHexString(text);
-    return;
-  }
-  EArchive::SerializeError("x86_64/common/ehal/eBlob", 536, "EBlob::SerializeIn");
+  eHal::detail::ReadRecord<Schema>(archive, *this);
+}
+
+void EBlob::Describe(ERecordVisitor& visitor, const char* name) const {
+  visitor.BeginRecord(name);
+  visitor.Bytes("Bytes", *this);
+  visitor.EndRecord();
 }
 
 std::vector<ERecordLayout> EBlob::Layouts() {
-  return {{kSignature, {"Bytes"}}, {kOldSignature, {"HexText"}}};
+  return eHal::detail::LayoutsOf<Schema>();
+}
+
+const ERecordDescription& EBlob::Form() {
+  return eHal::detail::KeptDescription<Schema>();
+}
+
+const ERecordDescription& EBlob::Description() {
+  static const ERecordDescription description = [] {
+    ERecordDescription blob;
+    blob.fields = {{"Bytes", EValueType::Blob()}};
+    return blob;
+  }();
+  return description;
 }
 
 EArchive& operator<<(EArchive& archive, const EBlob& blob) {

@@ -4,35 +4,46 @@
 
 #include <utility>
 
-EValueType EValueType::Number(ENumberWire wire) {
+namespace {
+
+EValueType OfKind(EValueType::Kind kind) {
   EValueType type;
-  type.kind = Kind::kNumber;
+  type.kind = kind;
+  return type;
+}
+
+}  // namespace
+
+EValueType EValueType::Number(ENumberWire wire) {
+  EValueType type = OfKind(Kind::kNumber);
   type.number = wire;
   return type;
 }
 
 EValueType EValueType::Text() {
-  EValueType type;
-  type.kind = Kind::kText;
-  return type;
+  return OfKind(Kind::kText);
 }
 
 EValueType EValueType::Blob() {
-  EValueType type;
-  type.kind = Kind::kBlob;
-  return type;
+  return OfKind(Kind::kBlob);
+}
+
+EValueType EValueType::RawBytes() {
+  return OfKind(Kind::kRawBytes);
+}
+
+EValueType EValueType::HexLine() {
+  return OfKind(Kind::kHexLine);
 }
 
 EValueType EValueType::Record(const ERecordDescription& (*record)()) {
-  EValueType type;
-  type.kind = Kind::kRecord;
+  EValueType type = OfKind(Kind::kRecord);
   type.record = record;
   return type;
 }
 
 EValueType EValueType::List(ECountWire count, EValueType item, std::size_t fixedCount) {
-  EValueType type;
-  type.kind = Kind::kList;
+  EValueType type = OfKind(Kind::kList);
   type.count = count;
   type.fixedCount = fixedCount;
   type.item = std::make_shared<const EValueType>(std::move(item));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <optional>
 #include <tuple>
 
 #include "ehal.h"
@@ -21,24 +22,13 @@ EPRBS Fresh<EPRBS>() {
   return EPRBS(true);
 }
 
-// A blob is described as its bytes, which carry its signature in their own archive form.
-void DescribeRecord(const EBlob& blob, ERecordVisitor& visitor, const char* name) {
-  visitor.BeginRecord(name);
-  visitor.Bytes("Bytes", blob);
-  visitor.EndRecord();
-}
-template <typename T>
-void DescribeRecord(const T& record, ERecordVisitor& visitor, const char* name) {
-  record.Describe(visitor, name);
-}
-
 template <typename T>
 class RecordOf final : public EAnyRecord {
  public:
   void SerializeIn(EArchive& archive) override { archive >> m_Record; }
   void SerializeOut(EArchive& archive) const override { archive << m_Record; }
   void Describe(ERecordVisitor& visitor, const char* name) const override {
-    DescribeRecord(m_Record, visitor, name);
+    m_Record.Describe(visitor, name);
   }
 
  private:
@@ -52,7 +42,7 @@ std::unique_ptr<EAnyRecord> Create() {
 
 template <typename T>
 ERecordClass Entry(const char* name) {
-  return {name, T::Layouts(), &Create<T>};
+  return {name, T::Layouts(), &Create<T>, &T::Description()};
 }
 
 using HostTable = EAddressTable<EIPAddressRange, EIPAddressTableItem>;
@@ -175,6 +165,42 @@ std::size_t EditDistance(const std::string& left, const std::string& right) {
 const ERecordLayout* ERecordClass::FindLayout(unsigned int signature) const {
   for (const ERecordLayout& layout : layouts) {
     if (layout.signature == signature) return &layout;
+  }
+  return nullptr;
+}
+
+ERecordRead ERecordClass::Read(std::string_view bytes) const {
+  ERecordRead read;
+  if (bytes.size() >= 0xFFFFFFFFu) {
+    read.ranPastEnd = true;
+    return read;
+  }
+  EArchive archive;
+  archive.SetMode(eModeLoading);
+  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
+  read.record = Create();
+  archive >> *read.record;
+  // A read that ran past the data leaves the position beyond it (on the terminating zero or
+  // further); one that started over from the beginning counted a wrap.
+  read.ranPastEnd = archive.GetReadPosition() > bytes.size();
+  read.wrapped = archive.GetWrapCount() > 0;
+  read.consumed = std::min<std::size_t>(archive.GetReadPosition(), bytes.size());
+  return read;
+}
+
+std::optional<unsigned int> ERecordRegistry::FirstNumber(std::string_view bytes) {
+  if (bytes.size() >= 0xFFFFFFFFu) return std::nullopt;
+  EArchive archive;
+  archive.SetMode(eModeLoading);
+  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
+  const unsigned int number = archive.ReadUnsignedInt();
+  if (archive.GetReadPosition() > bytes.size() || archive.GetWrapCount() > 0) return std::nullopt;
+  return number;
+}
+
+const ERecordClass* ERecordRegistry::ClassOf(const ERecordDescription& description) {
+  for (const ERecordClass& recordClass : Classes()) {
+    if (recordClass.description == &description) return &recordClass;
   }
   return nullptr;
 }

@@ -4,6 +4,7 @@
 
 #include "eArchive.h"
 #include "eBlob.h"
+#include "eRecordRegistry.h"
 #include "eTextDigits.h"
 
 namespace {
@@ -64,7 +65,56 @@ void WriteCount(EArchive& archive, ECountWire countWire, std::size_t count) {
   }
 }
 
+ERecordValue OfKind(ERecordValue::Kind kind) {
+  ERecordValue value;
+  value.kind = kind;
+  return value;
+}
+
+// A record of the description as a fresh one holds it (see ERecordValue::OfType).
+ERecordValue OfDescription(const ERecordDescription& description) {
+  if (const ERecordClass* recordClass = ERecordRegistry::ClassOf(description))
+    return ERecordValue::Of(*recordClass->Create());
+  ERecordValue record = OfKind(ERecordValue::Kind::kRecord);
+  if (description.hasSignature) {
+    ERecordValue& signature = record.items.emplace_back(OfKind(ERecordValue::Kind::kNumber));
+    signature.name = "Signature";
+    signature.wire = description.signatureWire;
+    signature.number = description.layouts.front().signature;
+    if (record.items.back().IsSigned())
+      signature.number =
+          static_cast<std::uint64_t>(std::int64_t{static_cast<int>(signature.number)});
+  }
+  for (const EFieldDescription& field : description.fields) {
+    record.items.push_back(ERecordValue::OfType(field.type));
+    record.items.back().name = field.name;
+  }
+  return record;
+}
+
 }  // namespace
+
+ERecordValue ERecordValue::OfType(const EValueType& type) {
+  switch (type.kind) {
+    case EValueType::Kind::kNumber: {
+      ERecordValue number = OfKind(Kind::kNumber);
+      number.wire = type.number;
+      return number;
+    }
+    case EValueType::Kind::kText:
+      return OfKind(Kind::kText);
+    case EValueType::Kind::kRecord:
+      return OfDescription(type.record());
+    case EValueType::Kind::kList: {
+      ERecordValue list = OfKind(Kind::kList);
+      list.countWire = type.count;
+      if (type.count == ECountWire::kFixed) list.items.assign(type.fixedCount, OfType(*type.item));
+      return list;
+    }
+    default:
+      return OfKind(Kind::kBytes);
+  }
+}
 
 bool ERecordValue::IsSigned() const {
   return wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;

@@ -100,10 +100,20 @@ class EBlob {
   // Writes two hex digits, a blank and a terminating zero into `text` (four characters).
   void HexToText(char value, char* text) const;
 
+  // The blob's archive form (see Form): its signature, size and raw bytes; the reader also takes
+  // the old hex text.
   void SerializeOut(EArchive& archive) const;
   void SerializeIn(EArchive& archive);
+  // Hands the blob to `visitor` as a record of one field, "Bytes", the blob in its archive form.
+  void Describe(ERecordVisitor& visitor, const char* name = "") const;
   // The layouts the reader accepts: the current one (the bytes) and the old hex text.
   static std::vector<ERecordLayout> Layouts();
+  // The archive form of every blob, wherever one travels: signature, layouts and refusal report.
+  static const ERecordDescription& Form();
+  // A blob as a registered record: one field, "Bytes", of type blob.
+  static const ERecordDescription& Description();
+
+  struct Schema;  // the archive form, in eBlob.cpp
 
   // Valid bytes (may be null when nothing is allocated).
   const unsigned char* GetData() const { return m_Data; }

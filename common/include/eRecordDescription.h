@@ -16,11 +16,13 @@ struct ERecordDescription;
 // The type of one value in the archive: how it travels and what it holds.
 struct EValueType {
   enum class Kind : unsigned char {
-    kNumber,  // a number in the form `number`
-    kText,    // a string: its length, then its raw bytes
-    kBlob,    // a byte blob in its own archive form (see ERecordRegistry::BlobForm)
-    kRecord,  // a nested record (see `record`)
-    kList,    // a list of `item`, its count written as `count` says
+    kNumber,    // a number in the form `number`
+    kText,      // a string: its length, then its raw bytes
+    kBlob,      // a byte blob in its own archive form (see EBlob::Form)
+    kRecord,    // a nested record (see `record`)
+    kList,      // a list of `item`, its count written as `count` says
+    kRawBytes,  // inside a blob's form: its size as unsigned 32-bit text, then the raw bytes
+    kHexLine,   // inside the old blob form: hex text up to a line feed, which stays unread
   };
 
   Kind kind = Kind::kNumber;
@@ -35,6 +37,8 @@ struct EValueType {
   static EValueType Number(ENumberWire wire);
   static EValueType Text();
   static EValueType Blob();
+  static EValueType RawBytes();
+  static EValueType HexLine();
   static EValueType Record(const ERecordDescription& (*record)());
   static EValueType List(ECountWire count, EValueType item, std::size_t fixedCount = 0);
 };

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "eRecord.h"
+#include "eRecordDescription.h"
 
 class EArchive;
 
@@ -29,6 +30,10 @@ class ERecordValue {
   // The description of anything that describes itself as a record does.
   template <typename Record>
   static ERecordValue Of(const Record& record);
+  // A value of the type as a fresh record holds it: a nested record of a registered class is
+  // described fresh from its class, any other has zero numbers, empty texts, blobs and counted
+  // lists, and a fixed list its items.
+  static ERecordValue OfType(const EValueType& type);
 
   // True for the signed wire forms, whose number is signed (see Signed).
   bool IsSigned() const;
