@@ -1,11 +1,13 @@
 """Records of the ehal library, read from and written into archive bytes."""
 
-from typing import Any, Dict, List, Literal, Optional, Tuple, Union, overload
+from typing import Any, Dict, List, Literal, Optional, Tuple, TypedDict, Union, overload
 
 # A record: its fields by name, in archive order; values are int, str, bytes, nested records
 # (dicts) and lists.
 Record = Dict[str, Any]
 BytesLike = Union[bytes, bytearray, memoryview]
+
+# @RECORD_TYPES@
 
 class SerializeError(RuntimeError):
     """A record refused its bytes; str() is the library's report text."""
@@ -13,10 +15,13 @@ class SerializeError(RuntimeError):
 def classes() -> Dict[str, List[int]]:
     """Every registered record class with its accepted signatures, newest first."""
 
+# @DECODE_OVERLOADS@
 @overload
 def decode(class_name: str, data: BytesLike, *, with_rest: Literal[False] = ...) -> Record: ...
 @overload
 def decode(class_name: str, data: BytesLike, *, with_rest: Literal[True]) -> Tuple[Record, int]: ...
+# @ENCODE_OVERLOADS@
+@overload
 def encode(class_name: str, fields: Record) -> bytes:
     """The bytes of a record of the class built from `fields`, in its current layout."""
 

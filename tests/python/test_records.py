@@ -304,3 +304,30 @@ def test_stubs_name_every_function():
     tree = ast.parse(stubs.read_text())
     names = {node.name for node in tree.body if isinstance(node, (ast.FunctionDef, ast.ClassDef))}
     assert names == set(PUBLIC) | {"SerializeError"}
+
+
+def stub_record_types():
+    """{TypedDict name: its field names} and {class name: TypedDict name} from the stubs, read
+    from their decode overloads."""
+    tree = ast.parse(pathlib.Path(ehal.__file__).with_name("ehal.pyi").read_text())
+    types = {}
+    for node in tree.body:
+        if isinstance(node, ast.Assign) and isinstance(node.value, ast.Call) and \
+                getattr(node.value.func, "id", "") == "TypedDict":
+            types[node.targets[0].id] = [key.value for key in node.value.args[1].keys]
+    classes = {}
+    for node in tree.body:
+        if isinstance(node, ast.FunctionDef) and node.name == "decode":
+            annotation = node.args.args[0].annotation
+            if isinstance(annotation, ast.Subscript) and isinstance(node.returns, ast.Name):
+                classes[annotation.slice.value] = node.returns.id
+    return types, classes
+
+
+@pytest.mark.parametrize("class_name,signature,base",
+                         [v for v in VECTORS_FOUND if is_current(v[0], v[1])],
+                         ids=[v[2] for v in VECTORS_FOUND if is_current(v[0], v[1])])
+def test_the_stubs_type_every_class_with_the_fields_it_decodes_to(class_name, signature, base):
+    types, classes = stub_record_types()
+    record = ehal.decode(class_name, (VECTORS / (base + ".bin")).read_bytes())
+    assert list(record) == types[classes[class_name]]
