@@ -57,7 +57,7 @@ TEST(EArchive, WorkedExampleWritesThirtyTwoBytesAndReadsBack) {
 
   const std::string expected = std::string("7 -2 2 ab1 5000000000 2 ") + '\x01' + '\x02' + "65535 ";
   ASSERT_EQ(expected.size(), 32u);
-  EXPECT_EQ(ArchiveBytes(archive), expected);
+  EXPECT_EQ(TextOf(archive), expected);
   EXPECT_EQ(archive.GetWritePosition(), 32u);
 
   unsigned int u = 0;
@@ -85,7 +85,7 @@ TEST(EArchive, NumberWritersMatchPrintfForms) {
   archive << 0u << UINT_MAX << INT_MIN << INT_MAX << 0 << -1;
   archive << static_cast<short>(-5) << static_cast<signed char>(-128);
   archive << static_cast<unsigned char>(255) << false << 0UL << ULONG_MAX;
-  EXPECT_EQ(ArchiveBytes(archive),
+  EXPECT_EQ(TextOf(archive),
             "0 4294967295 -2147483648 2147483647 0 -1 -5 -128 255 0 0 18446744073709551615 ");
 }
 
@@ -99,20 +99,20 @@ TEST(EArchive, NumberWritersAgreeWithPrintfOnManyValues) {
     std::snprintf(expected, sizeof expected, "%u %d %lu ", narrow, signedValue, wide);
     EArchive archive = StoringArchive();
     archive.WriteUnsignedInt(narrow).WriteSignedInt(signedValue).WriteUnsigned64Int(wide);
-    ASSERT_EQ(ArchiveBytes(archive), expected);
+    ASSERT_EQ(TextOf(archive), expected);
   }
 }
 
 TEST(EArchive, StringIsWrittenWithSixtyFourBitLengthAndRawBytes) {
   EArchive archive = StoringArchive();
   archive << std::string("hello") << std::string();
-  EXPECT_EQ(ArchiveBytes(archive), "5 hello0 ");
+  EXPECT_EQ(TextOf(archive), "5 hello0 ");
 }
 
 TEST(EArchive, RawStringOutEndsWithLineFeed) {
   EArchive archive = StoringArchive();
   archive.SerializeRawStringOut("abc");
-  EXPECT_EQ(ArchiveBytes(archive), "abc\n");
+  EXPECT_EQ(TextOf(archive), "abc\n");
 }
 
 TEST(EArchive, TolerantUnsignedReader) {
@@ -198,7 +198,7 @@ TEST(EArchive, NarrowReadersTruncate) {
 TEST(EArchive, BoolRoundTrip) {
   EArchive archive = StoringArchive();
   archive << true << false;
-  EXPECT_EQ(ArchiveBytes(archive), "1 0 ");
+  EXPECT_EQ(TextOf(archive), "1 0 ");
   bool a = false;
   bool b = true;
   archive >> a >> b;
@@ -237,7 +237,7 @@ TEST(EArchive, SetFromEBlobTerminates) {
   EXPECT_TRUE(archive.IsLoading());
   // A later write overwrites the terminating zero.
   archive << 1u;
-  EXPECT_EQ(ArchiveBytes(archive), "abc1 ");
+  EXPECT_EQ(TextOf(archive), "abc1 ");
 }
 
 TEST(EArchive, SetFromEBlobWithoutTerminator) {
@@ -252,7 +252,7 @@ TEST(EArchive, SetFromEBlobOfItsOwnBuffer) {
   EArchive archive = StoringArchive();
   archive << 12u;
   archive.SetFromEBlob(archive.GetAsEBlob(), true);
-  EXPECT_EQ(ArchiveBytes(archive), std::string("12 ") + '\0');
+  EXPECT_EQ(TextOf(archive), std::string("12 ") + '\0');
   EXPECT_EQ(archive.ReadUnsignedInt(), 12u);
 }
 
@@ -302,7 +302,7 @@ TEST(EArchive, GrowthKeepsEveryByteAcrossManyDoublings) {
     archive << n * 40503u;
     expected += std::to_string(n * 40503u) + ' ';
   }
-  EXPECT_EQ(ArchiveBytes(archive), expected);
+  EXPECT_EQ(TextOf(archive), expected);
   const unsigned int capacity = archive.GetAsEBlob().GetCapacity();
   EXPECT_EQ(capacity & (capacity - 1), 0u);  // doubled from 1
   EXPECT_GE(capacity, expected.size());
@@ -314,7 +314,7 @@ TEST(EArchive, WritePositionBeyondTheSizeRestartsAtZero) {
   archive << 123u;
   archive.Empty();  // size 0, allocation kept
   archive << 4u;
-  EXPECT_EQ(ArchiveBytes(archive), "4 ");
+  EXPECT_EQ(TextOf(archive), "4 ");
   EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
 }
 
@@ -336,14 +336,14 @@ TEST(EArchive, CopyTakesModeBytesAndPositions) {
   archive.ReadUnsignedInt();
   EArchive copy(archive);
   EXPECT_EQ(copy.GetMode(), eModeStoring);
-  EXPECT_EQ(ArchiveBytes(copy), "1 2 ");
+  EXPECT_EQ(TextOf(copy), "1 2 ");
   EXPECT_EQ(copy.GetReadPosition(), 2u);
   EXPECT_EQ(copy.GetWritePosition(), 4u);
   EArchive assigned;
   assigned = archive;
-  EXPECT_EQ(ArchiveBytes(assigned), "1 2 ");
+  EXPECT_EQ(TextOf(assigned), "1 2 ");
   assigned = assigned;
-  EXPECT_EQ(ArchiveBytes(assigned), "1 2 ");
+  EXPECT_EQ(TextOf(assigned), "1 2 ");
   EXPECT_EQ(assigned.ReadUnsignedInt(), 2u);
 }
 
@@ -555,7 +555,7 @@ TEST(EArchive, NumberWritersMatchPrintfAtEveryDigitCount) {
     std::snprintf(expected, sizeof expected, "%u %d %d %lu ", narrow, signedValue, negated, wide);
     EArchive archive = StoringArchive();
     archive << narrow << signedValue << negated << wide;
-    EXPECT_EQ(ArchiveBytes(archive), expected);
+    EXPECT_EQ(TextOf(archive), expected);
   }
 }
 
@@ -566,12 +566,12 @@ TEST(EArchive, NumberAtTheEndOfTheAllocationDoesNotGrowIt) {
   ASSERT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
   archive.Empty();
   archive << 123u;
-  EXPECT_EQ(ArchiveBytes(archive), "123 ");
+  EXPECT_EQ(TextOf(archive), "123 ");
   EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 4u);
   archive << 4294967295u;  // 15 bytes: 4 -> 8 -> 16
   EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 16u);
   archive << 0u;  // 17 bytes: 16 -> 32
-  EXPECT_EQ(ArchiveBytes(archive), "123 4294967295 0 ");
+  EXPECT_EQ(TextOf(archive), "123 4294967295 0 ");
   EXPECT_EQ(archive.GetAsEBlob().GetCapacity(), 32u);
 }
 

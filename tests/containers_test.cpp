@@ -14,9 +14,9 @@ namespace {
 TEST(Containers, VectorOfUnsignedInt) {
   EArchive archive = StoringArchive();
   SerializeOut(archive, std::vector<unsigned int>{5, 6});
-  EXPECT_EQ(ArchiveBytes(archive), "2 5 6 ");
+  EXPECT_EQ(TextOf(archive), "2 5 6 ");
   std::vector<unsigned int> back{9, 9, 9};
-  EArchive in = LoadingArchive(ArchiveBytes(archive));
+  EArchive in = LoadingArchive(TextOf(archive));
   SerializeIn(in, back);
   EXPECT_EQ(back, (std::vector<unsigned int>{5, 6}));
 }
@@ -25,10 +25,10 @@ TEST(Containers, EmptyVectorAndMap) {
   EArchive archive = StoringArchive();
   SerializeOut(archive, std::vector<unsigned int>{});
   SerializeOut(archive, std::map<unsigned int, std::string>{});
-  EXPECT_EQ(ArchiveBytes(archive), "0 0 ");
+  EXPECT_EQ(TextOf(archive), "0 0 ");
   std::vector<unsigned int> vector{1};
   std::map<unsigned int, std::string> map{{1, "x"}};
-  EArchive in = LoadingArchive(ArchiveBytes(archive));
+  EArchive in = LoadingArchive(TextOf(archive));
   SerializeIn(in, vector);
   SerializeIn(in, map);
   EXPECT_TRUE(vector.empty());
@@ -38,9 +38,9 @@ TEST(Containers, EmptyVectorAndMap) {
 TEST(Containers, MapInAscendingKeyOrder) {
   EArchive archive = StoringArchive();
   SerializeOut(archive, std::map<unsigned int, std::string>{{9, "nine"}, {2, "two"}});
-  EXPECT_EQ(ArchiveBytes(archive), "2 2 3 two9 4 nine");
+  EXPECT_EQ(TextOf(archive), "2 2 3 two9 4 nine");
   std::map<unsigned int, std::string> back;
-  EArchive in = LoadingArchive(ArchiveBytes(archive));
+  EArchive in = LoadingArchive(TextOf(archive));
   SerializeIn(in, back);
   EXPECT_EQ(back, (std::map<unsigned int, std::string>{{2, "two"}, {9, "nine"}}));
 }
@@ -57,9 +57,9 @@ TEST(Containers, VectorOfRecords) {
   a.Add("a");
   EArchive archive = StoringArchive();
   SerializeOut(archive, std::vector<EStringList>{a, EStringList()});
-  EXPECT_EQ(ArchiveBytes(archive), "2 286785536 1 1 a286785536 0 ");
+  EXPECT_EQ(TextOf(archive), "2 286785536 1 1 a286785536 0 ");
   std::vector<EStringList> back;
-  EArchive in = LoadingArchive(ArchiveBytes(archive));
+  EArchive in = LoadingArchive(TextOf(archive));
   SerializeIn(in, back);
   ASSERT_EQ(back.size(), 2u);
   EXPECT_EQ(back[0].GetString(), "a");

@@ -39,7 +39,7 @@ std::string LiteralBytes(const ListGenerator& literal) {
   for (const ListGenerator::Range& range : literal.GetRanges())
     archive.WriteUnsignedInt(range.first).WriteUnsignedInt(range.last);
   archive.WriteUnsignedInt(0);
-  return ArchiveBytes(archive);
+  return TextOf(archive);
 }
 
 // A literal walk read from well-formed generator bytes.
@@ -224,11 +224,11 @@ TEST(EUniqueIDGenerator, ArchiveOperatorsWriteAndReadTheRecord) {
   generator.ReserveID(3);
   EArchive archive = StoringArchive();
   archive << generator;
-  EXPECT_EQ(ArchiveBytes(archive), "17829889 3 1 2 4 4294967295 0 ");
-  EArchive loading = LoadingArchive(ArchiveBytes(archive));
+  EXPECT_EQ(TextOf(archive), "17829889 3 1 2 4 4294967295 0 ");
+  EArchive loading = LoadingArchive(TextOf(archive));
   EUniqueIDGenerator back;
   loading >> back;
-  EXPECT_EQ(BytesOf(back), ArchiveBytes(archive));
+  EXPECT_EQ(BytesOf(back), TextOf(archive));
 }
 
 // Streams that no generator writes: the ranges kept stay disjoint and ascending, and reading

@@ -1,9 +1,5 @@
 #include "archive_text.h"
 
-std::string ArchiveBytes(const EArchive& archive) {
-  return TextOf(archive.GetAsEBlob());
-}
-
 EBlob BlobOf(const std::string& bytes) {
   return EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
 }
@@ -11,6 +7,10 @@ EBlob BlobOf(const std::string& bytes) {
 std::string TextOf(const EBlob& blob) {
   if (blob.GetSize() == 0) return std::string();
   return std::string(reinterpret_cast<const char*>(blob.GetData()), blob.GetSize());
+}
+
+std::string TextOf(const EArchive& archive) {
+  return TextOf(archive.GetAsEBlob());
 }
 
 EArchive LoadingArchive(const std::string& bytes) {

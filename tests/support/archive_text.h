@@ -1,18 +1,20 @@
-// Shorthands for tests that check the exact bytes of an archive.
+// Shorthands for tests that check the exact bytes of an archive: the one set of helpers for
+// "bytes into a loading archive" (LoadingArchive, ReadFrom) and "a record to bytes" (BytesOf).
 #pragma once
 
 #include <string>
 
 #include "eArchive.h"
 
-// The archive's valid bytes as a string.
-std::string ArchiveBytes(const EArchive& archive);
 
 // A blob holding `bytes`.
 EBlob BlobOf(const std::string& bytes);
 
 // The blob's valid bytes as a string.
 std::string TextOf(const EBlob& blob);
+
+// The archive's valid bytes as a string.
+std::string TextOf(const EArchive& archive);
 
 // A loading archive holding `bytes` (terminated, as a receiver would load them).
 EArchive LoadingArchive(const std::string& bytes);
@@ -25,7 +27,7 @@ template <typename T>
 std::string BytesOf(const T& value) {
   EArchive archive = StoringArchive();
   archive << value;
-  return ArchiveBytes(archive);
+  return TextOf(archive);
 }
 
 // Reads a T with operator>> from `bytes` into `value` (which may be prefilled).

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "archive_text.h"
 #include "eArchive.h"
 
 namespace {
@@ -15,16 +16,6 @@ using namespace std::string_literals;
 
 std::string Decimal(std::uint64_t value) {
   return std::to_string(value) + " ";
-}
-
-// The description written into a fresh archive. (This library stays free of the test framework,
-// so it does not use the tests' archive shorthands.)
-std::string Written(const ERecordValue& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  archive << value;
-  return std::string(reinterpret_cast<const char*>(archive.GetAsEBlob().GetData()),
-                     archive.GetAsEBlob().GetSize());
 }
 
 // The older POS settings layout as first committed: the numbers 2 to 193 (three per port, for 64
@@ -86,7 +77,7 @@ std::string LayoutBytes(const ERecordLayout& layout, const ERecordValue& current
   older.number = signature->IsSigned()
                      ? static_cast<std::uint64_t>(std::int64_t{static_cast<int>(layout.signature)})
                      : layout.signature;
-  std::string bytes = Written(older);
+  std::string bytes = BytesOf(older);
   for (const std::string& field : layout.fields) {
     if (field == "(dropped)") {
       bytes += Decimal(77);
@@ -94,7 +85,7 @@ std::string LayoutBytes(const ERecordLayout& layout, const ERecordValue& current
     }
     const ERecordValue* value = current.Find(field);
     if (value == nullptr) return "";
-    bytes += Written(*value);
+    bytes += BytesOf(*value);
   }
   return bytes;
 }
@@ -125,7 +116,7 @@ ERecordValue WithDistinctValues(const ERecordValue& value) {
 std::vector<RecordVector> VectorsOf(const ERecordClass& recordClass) {
   // A fresh record takes the distinct values through its own reader, which keeps what it keeps.
   const std::unique_ptr<EAnyRecord> fresh = recordClass.Create();
-  const std::string distinct = Written(WithDistinctValues(ERecordValue::Of(*fresh)));
+  const std::string distinct = BytesOf(WithDistinctValues(ERecordValue::Of(*fresh)));
   const std::unique_ptr<EAnyRecord> record = recordClass.Create();
   EArchive in;
   in.SetMode(eModeLoading);
@@ -134,10 +125,10 @@ std::vector<RecordVector> VectorsOf(const ERecordClass& recordClass) {
   const ERecordValue current = ERecordValue::Of(*record);
 
   std::vector<RecordVector> vectors;
-  if (recordClass.layouts.empty()) return {{&recordClass, nullptr, Written(current)}};
+  if (recordClass.layouts.empty()) return {{&recordClass, nullptr, BytesOf(current)}};
   for (const ERecordLayout& layout : recordClass.layouts) {
     if (&layout == &recordClass.layouts.front()) {
-      vectors.push_back({&recordClass, &layout, Written(current)});
+      vectors.push_back({&recordClass, &layout, BytesOf(current)});
       continue;
     }
     std::string bytes = LayoutBytes(layout, current);
