@@ -9,6 +9,7 @@
 #include "eBlob.h"
 #include "eArchive.h"
 #include "eRecord.h"
+#include "eRecordDescription.h"
 #include "eRecordRegistry.h"
 #include "eRecordValue.h"
 #include "eStringList.h"
