@@ -35,6 +35,7 @@
 #include <utility>
 #include <vector>
 
+#include "detail/eContainerRead.h"
 #include "eArchive.h"
 #include "eBlob.h"
 #include "eRecord.h"
@@ -175,21 +176,6 @@ struct DefaultCodec {
 
 template <typename Member>
 using CodecOf = typename DefaultCodec<Member>::Type;
-
-// True when the last read ran past the end of the data: the next one would start over from the
-// beginning of the archive.
-inline bool ReadPastEnd(const EArchive& archive) {
-  return archive.GetReadPosition() > archive.GetAsEBlob().GetSize();
-}
-
-// Calls `readOne(i)` for i from 0 below `count`, stopping early once the archive has run past its
-// end: the items the data holds are all consumed, and a hostile count cannot keep a reader going
-// round the same bytes for billions of rounds.
-template <typename ReadOne>
-void ReadCounted(EArchive& archive, unsigned int count, ReadOne&& readOne) {
-  for (unsigned int i = 0; i < count && !ReadPastEnd(archive); ++i)
-    readOne(i);
-}
 
 // A vector: its count (written as unsigned 64-bit, read as unsigned 32-bit), then the items.
 struct Vector {
