@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "archive_text.h"
 #include "child_process.h"
+#include "detail/eBlobSize.h"
 #include "eArchive.h"
 
 namespace {
@@ -100,6 +103,54 @@ TEST(EBlob, NewBufAndFreeBuf) {
   EXPECT_EQ(blob.GetCapacity(), 16u);
   blob.SetData("xy", 2);  // a freed blob is reallocated before use
   EXPECT_EQ(Contents(blob), (V{'x', 'y'}));
+}
+
+TEST(EBlob, RoomIsTheCapacityOfAnAllocationOnly) {
+  EBlob blob;
+  blob.SetSize(8, false);
+  EXPECT_EQ(blob.Room(), 8u);
+  blob.FreeBuf();
+  EXPECT_EQ(blob.GetCapacity(), 8u);
+  EXPECT_EQ(blob.Room(), 0u);
+}
+
+// Only the archive can make the key of EBlob::Resize, in any of the ways a caller could try.
+static_assert(!std::is_default_constructible_v<EBlob::ResizeKey>);
+static_assert(!std::is_aggregate_v<EBlob::ResizeKey>);
+
+TEST(EBlob, ReadingIntoABlobReplacesItsBytes) {
+  EArchive archive = LoadingArchive("2 xy5 abcde");
+  EBlob blob("0123456789", 10);
+  archive.ReadBlob(blob);
+  EXPECT_EQ(Contents(blob), (V{'x', 'y'}));
+  EXPECT_EQ(blob.GetCapacity(), 10u);  // the allocation was large enough
+  archive.ReadBlob(blob);
+  EXPECT_EQ(Contents(blob), (V{'a', 'b', 'c', 'd', 'e'}));
+  EBlob small("q", 1);
+  EArchive again = LoadingArchive("3 xyz");
+  again.ReadBlob(small);
+  EXPECT_EQ(Contents(small), (V{'x', 'y', 'z'}));
+  EXPECT_EQ(small.GetCapacity(), 3u);  // grown to exactly the length read
+}
+
+TEST(EBlobSize, ASumNear4GiBIsRefusedInsteadOfWrapping) {
+  using eHal::detail::BlobSizeOfSum;
+  // An archive's terminating zero byte after a blob of 0, 2^32 - 2 and 2^32 - 1 bytes.
+  EXPECT_EQ(BlobSizeOfSum(0, 1), 1u);
+  EXPECT_EQ(BlobSizeOfSum(0xFFFFFFFEu, 1), 0xFFFFFFFFu);
+  EXPECT_THROW(BlobSizeOfSum(0xFFFFFFFFu, 1), std::bad_alloc);
+  EXPECT_EQ(BlobSizeOfSum(0xFFFFFFFFu, 0), 0xFFFFFFFFu);
+  EXPECT_THROW(BlobSizeOfSum(0xFFFFFFFFu, 0xFFFFFFFFu), std::bad_alloc);
+  EXPECT_TRUE(eHal::detail::FitsInBlob(0xFFFFFFFEu, 1));
+  EXPECT_FALSE(eHal::detail::FitsInBlob(0xFFFFFFFFu, 1));
+  EXPECT_FALSE(eHal::detail::FitsInBlob(1, 0xFFFFFFFFu));
+}
+
+TEST(EBlobSize, AByteCountBeyondWhatABlobHoldsIsRefused) {
+  using eHal::detail::BlobSize;
+  EXPECT_EQ(BlobSize(0), 0u);
+  EXPECT_EQ(BlobSize(0xFFFFFFFFu), 0xFFFFFFFFu);
+  EXPECT_THROW(BlobSize(0x100000000u), std::bad_alloc);
 }
 
 TEST(EBlob, SwapAndTruncate) {

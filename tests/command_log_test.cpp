@@ -390,16 +390,17 @@ TEST(ECommandLog, AStreamThatStartsOverCannotCycleForEver) {
                        "common/ehal/eArchive", 150, "EArchive read beyond its wrap limit");
 }
 
-TEST(ECommandLog, AMinusForAnIdentifierCountEndsInTheWrapLimit) {
+TEST(ECommandLog, AMinusForAnIdentifierCountEndsInASignatureError) {
   // The first path of the command's identifier has "-" for its count, which reads as 4294967293:
-  // the path takes the numbers that follow, then the reads start over from the archive's
-  // beginning until the wrap limit refuses the read.
+  // the path takes the numbers that follow up to the end of the data and stops there; the reads
+  // after it start over from the archive's beginning, where the command's data finds no blob
+  // signature.
   ExpectSerializeError(
       [] {
         ECommandLog log;
         ReadFrom("1 1 4 1 1 2 7 8 -4 403771665 - 1 2 1 3 287454021 2 AB", log);
       },
-      "common/ehal/eArchive", 150, "EArchive read beyond its wrap limit");
+      "x86_64/common/ehal/eBlob", 536, "EBlob::SerializeIn");
 }
 
 TEST(ECommandLog, ReadersSurviveCutOffAndDamagedStreams) {

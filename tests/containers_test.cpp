@@ -70,9 +70,94 @@ TEST(Containers, CountBeyondTheDataReadsZeros) {
   std::vector<unsigned int> back;
   EArchive in = LoadingArchive("5 7 ");
   SerializeIn(in, back);
-  ASSERT_EQ(back.size(), 5u);
-  EXPECT_EQ(back[0], 7u);
-  EXPECT_EQ(back[1], 0u);
+  // The item, then the read that found only the terminating zero byte: there the data ends.
+  EXPECT_EQ(back, (std::vector<unsigned int>{7, 0}));
+  EXPECT_EQ(in.GetWrapCount(), 0u);
+}
+
+// A loading archive of exactly `bytes`, with no terminating zero byte after them.
+EArchive UnterminatedArchive(const std::string& bytes) {
+  EArchive archive;
+  archive.SetMode(eModeLoading);
+  archive.SetFromEBlob(BlobOf(bytes), false);
+  return archive;
+}
+
+TEST(Containers, AHugeVectorCountReadsTheItemsThereAndStopsAtTheEnd) {
+  // The last item's read ends one past the 14 bytes: exactly the two items, no wrap.
+  std::vector<unsigned int> back;
+  EArchive exact = UnterminatedArchive("4000000000 7 8");
+  SerializeIn(exact, back);
+  EXPECT_EQ(back, (std::vector<unsigned int>{7, 8}));
+  EXPECT_EQ(exact.GetReadPosition(), 15u);
+  EXPECT_EQ(exact.GetWrapCount(), 0u);
+  // With a blank and a terminating zero byte after them, one more read finds the end and yields
+  // 0; the next read after the vector starts over at the count.
+  EArchive terminated = LoadingArchive("4000000000 7 8 ");
+  SerializeIn(terminated, back);
+  EXPECT_EQ(back, (std::vector<unsigned int>{7, 8, 0}));
+  EXPECT_EQ(terminated.GetReadPosition(), 17u);
+  EXPECT_EQ(terminated.GetWrapCount(), 0u);
+  EXPECT_EQ(terminated.ReadUnsignedInt(), 4000000000u);
+  EXPECT_EQ(terminated.GetWrapCount(), 1u);
+}
+
+TEST(Containers, AVectorCountOneAboveTheItemsStopsAtTheEnd) {
+  std::vector<unsigned int> back;
+  EArchive exact = UnterminatedArchive("3 7 8");
+  SerializeIn(exact, back);
+  EXPECT_EQ(back, (std::vector<unsigned int>{7, 8}));
+  EXPECT_EQ(exact.GetReadPosition(), 6u);
+  EArchive terminated = LoadingArchive("3 7 8 ");
+  SerializeIn(terminated, back);
+  EXPECT_EQ(back, (std::vector<unsigned int>{7, 8, 0}));
+  EXPECT_EQ(terminated.GetReadPosition(), 8u);
+  EXPECT_EQ(terminated.GetWrapCount(), 0u);
+}
+
+TEST(Containers, AVectorCountEqualToTheItemsLeavesTheReaderOnTheEnd) {
+  std::vector<unsigned int> back;
+  EArchive in = LoadingArchive("2 7 8 ");
+  SerializeIn(in, back);
+  EXPECT_EQ(back, (std::vector<unsigned int>{7, 8}));
+  EXPECT_EQ(in.GetReadPosition(), 6u);  // on the terminating zero byte
+}
+
+TEST(Containers, AHugeMapCountReadsTheEntriesThereAndStopsAtTheEnd) {
+  using Map = std::map<unsigned int, unsigned int>;
+  Map back;
+  EArchive exact = UnterminatedArchive("4000000000 1 10 2 20");
+  SerializeIn(exact, back);
+  EXPECT_EQ(back, (Map{{1, 10}, {2, 20}}));
+  EXPECT_EQ(exact.GetReadPosition(), 21u);
+  EXPECT_EQ(exact.GetWrapCount(), 0u);
+  // With a terminating zero byte, the next key's read finds the end and yields 0; the value's
+  // read starts over at the count. That entry is the last: it is kept as read.
+  EArchive terminated = LoadingArchive("4000000000 1 10 2 20 ");
+  SerializeIn(terminated, back);
+  EXPECT_EQ(back, (Map{{0, 4000000000u}, {1, 10}, {2, 20}}));
+  EXPECT_EQ(terminated.GetReadPosition(), 11u);
+  EXPECT_EQ(terminated.GetWrapCount(), 1u);
+}
+
+TEST(Containers, AVectorStopsAfterTheItemWhoseReadsStartedOver) {
+  // The third string's length finds the end, its bytes start over at position 0: it is the last.
+  std::vector<std::string> back;
+  EArchive in = LoadingArchive("4000000000 1 a1 b");
+  SerializeIn(in, back);
+  EXPECT_EQ(back, (std::vector<std::string>{"a", "b", ""}));
+  EXPECT_EQ(in.GetReadPosition(), 0u);
+  EXPECT_EQ(in.GetWrapCount(), 1u);
+}
+
+TEST(Containers, AMapCountOneAboveTheEntriesStopsAtTheEnd) {
+  using Map = std::map<unsigned int, unsigned int>;
+  Map back;
+  EArchive exact = UnterminatedArchive("3 1 10 2 20");
+  SerializeIn(exact, back);
+  EXPECT_EQ(back, (Map{{1, 10}, {2, 20}}));
+  EXPECT_EQ(exact.GetReadPosition(), 12u);
+  EXPECT_EQ(exact.GetWrapCount(), 0u);
 }
 
 TEST(Containers, VectorReaderAcceptsModeNone) {

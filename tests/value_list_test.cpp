@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdlib>
 #include <functional>
+#include <limits>
 #include <string>
 #include <vector>
 
+#include "allocation_watch.h"
 #include "archive_text.h"
 #include "child_process.h"
 #include "damaged_streams.h"
@@ -603,7 +606,7 @@ TEST(eValueListEncode, SetXmlReplacesTheContentAndGetXmlReadsItBack) {
       vqml_intern("valuelist"), nullptr,
       vqml_new_element(vqml_intern("dst-id"), nullptr, vqml_new_text_pool("1f", 0), nullptr),
       nullptr);
-  message.SetXML(element);
+  EXPECT_TRUE(message.SetXML(element));
   vqml_free_element(element);
   EXPECT_EQ(XmlOf(message), "<valuelist><dst-id>1f</dst-id></valuelist>");
   vqml_content* const root = message.GetXML();
@@ -613,11 +616,131 @@ TEST(eValueListEncode, SetXmlReplacesTheContentAndGetXmlReadsItBack) {
   vqml_free_element(root);
 }
 
+TEST(eValueListEncode, SetXmlRefusesWhatGetXmlCouldNotReadBack) {
+  // A text with a control character or with bytes that are not UTF-8, a name that is not an XML
+  // name, nesting beyond what the parser reads, and a text in place of an element.
+  const char* const valuelist = vqml_intern("valuelist");
+  std::vector<vqml_content*> refused = {
+      vqml_new_element(valuelist, nullptr, vqml_new_text_pool("\x01", 0), nullptr),
+      vqml_new_element(valuelist, nullptr, vqml_new_text_pool("\xff\xfe", 0), nullptr),
+      vqml_new_element(vqml_intern("a b<c"), nullptr, nullptr, nullptr),
+      vqml_new_text_pool("text", 0), nullptr};
+  vqml_content* deep = nullptr;
+  for (int i = 0; i < 1000000; ++i)
+    deep = vqml_new_element(valuelist, nullptr, deep, nullptr);
+  refused.push_back(deep);
+  for (vqml_content* const element : refused) {
+    eValueList message;
+    message.SetXmlContent(BlobOf("<old/>"));
+    EXPECT_FALSE(message.SetXML(element));
+    EXPECT_EQ(message.GetXmlContent().GetSize(), 0u);
+    EXPECT_EQ(message.GetXML(), nullptr);
+    vqml_free_element(element);
+  }
+}
+
 TEST(eValueListEncode, ThePrinterCallbackAppendsToTheContextsContent) {
   eValueList message;
   EXPECT_EQ(eValueList::xmlprinter("<a>", 3, &message), 3u);
   EXPECT_EQ(eValueList::xmlprinter("</a>xyz", 4, &message), 4u);
   EXPECT_EQ(XmlOf(message), "<a></a>");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Encode of a payload length that the entries do not fill: the allocation follows the entries.
+
+struct WatchedEncode {
+  bool encoded;
+  std::size_t peakBytes;  // the most bytes that operator new had handed out at once
+};
+
+// Encodes `message`; a budget below what Encode needs makes its memory run out.
+WatchedEncode EncodeWatched(eValueList& message,
+                            std::size_t budget = std::numeric_limits<std::size_t>::max()) {
+  AllocationWatch watch(budget);
+  const bool encoded = message.Encode(1);
+  watch.Stop();
+  return {encoded, watch.PeakBytes()};
+}
+
+std::size_t Occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+
+TEST(eValueListEncode, AParsedHugePayloadLengthIsRefusedBeforeAnythingIsAllocated) {
+  // A document of about 250 bytes declares a payload of up to 4 GiB; Parse reads the entries
+  // that its bounded allocation holds (a 1,200-byte payload: 59 label configs).
+  for (const char* length : {"7fffffff", "10000000", "1000000", "ffffffff"}) {
+    SCOPED_TRACE(length);
+    const std::string xml =
+        Document("configuration-to-state-machine", length, "<lc>1 2 3 4 5 6</lc>");
+    eValueList message = ParsedFrom(xml);
+    ASSERT_EQ(message.GetPayloadLength(), std::stoul(length, nullptr, 16));
+    ASSERT_EQ(message.GetLabelConfigs().size(), xml.size() * 5 / 21);
+    const WatchedEncode encode = EncodeWatched(message);
+    EXPECT_FALSE(encode.encoded);
+    EXPECT_EQ(encode.peakBytes, 0u);
+    EXPECT_EQ(XmlOf(message), xml);  // nothing changed
+  }
+}
+
+TEST(eValueListEncode, APayloadLengthReachesAtMostTheLimitBeyondTheEntries) {
+  eValueList message = TwoLabelConfigs();  // 42 bytes of entries
+  message.SetPayloadLength(42 + eValueList::kMaxPayloadBeyondEntries);
+  const WatchedEncode limit = EncodeWatched(message);
+  EXPECT_TRUE(limit.encoded);
+  const std::string xml = XmlOf(message);
+  // The two entries, then 4,096 zero bytes: 195 whole zero entries and one started.
+  EXPECT_EQ(Occurrences(xml, "<lc>"), 198u);
+  EXPECT_EQ(Occurrences(xml, "<lc>0000000000000000 0000 0000 00 00000000 00000000 </lc>"), 196u);
+  EXPECT_NE(xml.find("<payload-length>102a</payload-length>"), std::string::npos);
+  // The payload, the tree and the text: a bounded multiple of the 4,138 payload bytes.
+  EXPECT_LT(limit.peakBytes, 40u * (42 + eValueList::kMaxPayloadBeyondEntries));
+
+  for (const unsigned int length : {42u + eValueList::kMaxPayloadBeyondEntries + 1, 0xFFFFFFFFu}) {
+    message.SetPayloadLength(length);
+    const WatchedEncode beyond = EncodeWatched(message);
+    EXPECT_FALSE(beyond.encoded);
+    EXPECT_EQ(beyond.peakBytes, 0u);
+    EXPECT_EQ(XmlOf(message), xml);
+  }
+}
+
+TEST(eValueListEncode, ATypeWithoutPayloadDataWritesAnyPayloadLength) {
+  eValueList message;
+  message.SetRequestType(eValueList::kHalLabelEnableDisable);
+  message.SetPayloadLength(0xFFFFFFFF);
+  message.AddLabelDisabler({1, 2, 3, 4});
+  const WatchedEncode encode = EncodeWatched(message);
+  EXPECT_TRUE(encode.encoded);
+  EXPECT_EQ(XmlOf(message),
+            "<valuelist><port-id>1</port-id><dst-id>0</dst-id><src-id>0</src-id>"
+            "<request-type>hal-label-enable-disable</request-type>"
+            "<user-defined>0000000000000000</user-defined>"
+            "<payload-length>ffffffff</payload-length></valuelist>");
+  EXPECT_LT(encode.peakBytes, 4096u);
+}
+
+TEST(eValueListEncode, MemoryThatRunsOutIsARefusalNotAnException) {
+  // Budgets from nothing upwards run out at each allocation in turn: every one is refused, with
+  // the XML content empty and nothing leaked (the sanitizer build checks the leaks), until the
+  // first budget that suffices.
+  eValueList message = TwoLabelConfigs();
+  std::size_t refused = 0;
+  for (std::size_t budget = 0;; budget += 16) {
+    ASSERT_LT(budget, 1u << 20);
+    message.SetXmlContent(BlobOf("old"));
+    if (EncodeWatched(message, budget).encoded) break;
+    ++refused;
+    EXPECT_EQ(message.GetXmlContent().GetSize(), 0u) << budget;
+  }
+  EXPECT_GT(refused, 10u);
+  std::string expected = kTwoLabelConfigsXml;
+  expected.replace(expected.find("<port-id>7"), 10, "<port-id>1");
+  EXPECT_EQ(XmlOf(message), expected);
 }
 
 // ---------------------------------------------------------------------------------------------

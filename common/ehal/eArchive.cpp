@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
+
+#include "detail/eBlobSize.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ void EArchive::Copy(const EArchive& other) {
 
 void EArchive::Empty() {
   m_Mode = eModeNone;
-  m_Buffer.m_Size = 0;
+  m_Buffer.Resize(EBlob::ResizeKey(), 0);
   m_WritePosition = 0;
   m_ReadPosition = 0;
   m_WrapCount = 0;
@@ -65,32 +66,32 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
     return;
   }
   const unsigned int n = blob.GetSize();
-  m_Buffer.Grow(terminate ? n + 1 : n, false);
-  if (n > 0) std::memcpy(m_Buffer.m_Data, blob.GetData(), n);
-  m_Buffer.m_Size = n;
-  if (terminate) {
-    m_Buffer.m_Data[n] = 0;
-    m_Buffer.m_Size = n + 1;
-  }
+  const unsigned int size = eHal::detail::BlobSizeOfSum(n, terminate ? 1 : 0);
+  // Size 0 first, so that a new allocation copies none of the old bytes.
+  m_Buffer.Resize(EBlob::ResizeKey(), 0, size);
+  unsigned char* const data = m_Buffer.Resize(EBlob::ResizeKey(), size);
+  if (n > 0) std::memcpy(data, blob.GetData(), n);
+  if (terminate) data[n] = 0;
   m_ReadPosition = 0;
   m_WritePosition = n;
   m_WrapCount = 0;
 }
 
 unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length) {
-  if (position > m_Buffer.m_Size) position = 0;
-  const std::uint64_t end = std::uint64_t{position} + length;
+  const unsigned int size = m_Buffer.GetSize();
+  if (position > size) position = 0;
+  const unsigned int end = eHal::detail::BlobSizeOfSum(position, length);
+  unsigned int capacity = 0;
   if (end > m_Buffer.Room()) {
-    if (end > UINT32_MAX) throw std::bad_alloc();
     // Double from the current capacity so that many small writes cost few reallocations.
-    std::uint64_t capacity = m_Buffer.m_Capacity == 0 ? 1 : std::uint64_t{m_Buffer.m_Capacity} * 2;
-    while (capacity < end)
-      capacity *= 2;
-    m_Buffer.Grow(static_cast<unsigned int>(std::min<std::uint64_t>(capacity, UINT32_MAX)), true);
+    std::uint64_t doubled =
+        m_Buffer.GetCapacity() == 0 ? 1 : 2 * std::uint64_t{m_Buffer.GetCapacity()};
+    while (doubled < end)
+      doubled *= 2;
+    capacity = static_cast<unsigned int>(std::min(doubled, eHal::detail::kLargestBlob));
   }
-  if (m_Buffer.m_Size < end) m_Buffer.m_Size = static_cast<unsigned int>(end);
-  m_WritePosition = static_cast<unsigned int>(end);
-  return m_Buffer.m_Data + position;
+  m_WritePosition = end;
+  return m_Buffer.Resize(EBlob::ResizeKey(), std::max(size, end), capacity) + position;
 }
 
 void EArchive::Append(unsigned int length, const unsigned char* bytes) {
@@ -111,9 +112,9 @@ template EArchive& EArchive::AppendNumber(std::int32_t);
 template EArchive& EArchive::AppendNumber(std::uint64_t);
 
 EArchive& EArchive::operator<<(const std::string& value) {
-  WriteUnsigned64Int(value.size());
-  Append(static_cast<unsigned int>(value.size()),
-         reinterpret_cast<const unsigned char*>(value.data()));
+  const unsigned int length = eHal::detail::BlobSize(value.size());
+  WriteUnsigned64Int(length);
+  Append(length, reinterpret_cast<const unsigned char*>(value.data()));
   return *this;
 }
 
@@ -124,7 +125,7 @@ EArchive& EArchive::WriteBlob(const EBlob& blob) {
 }
 
 EArchive& EArchive::SerializeRawStringOut(const std::string& value) {
-  Append(static_cast<unsigned int>(value.size()),
+  Append(eHal::detail::BlobSize(value.size()),
          reinterpret_cast<const unsigned char*>(value.data()));
   const unsigned char lineFeed = '\n';
   Append(1, &lineFeed);
@@ -132,7 +133,7 @@ EArchive& EArchive::SerializeRawStringOut(const std::string& value) {
 }
 
 unsigned int EArchive::StartPosition() {
-  if (m_ReadPosition <= m_Buffer.m_Size) return m_ReadPosition;
+  if (m_ReadPosition <= m_Buffer.GetSize()) return m_ReadPosition;
   if (m_WrapLimit != 0 && m_WrapCount >= m_WrapLimit) kWrapLimitRefusal.Raise();
   ++m_WrapCount;
   m_ReadPosition = 0;
@@ -141,8 +142,8 @@ unsigned int EArchive::StartPosition() {
 
 template <typename Sink>
 unsigned int EArchive::ScanNumber(unsigned int capacity, Sink&& sink) {
-  const unsigned char* const data = m_Buffer.m_Data;
-  const unsigned int size = m_Buffer.m_Size;
+  const unsigned char* const data = m_Buffer.GetData();
+  const unsigned int size = m_Buffer.GetSize();
   unsigned int position = StartPosition();
   while (position < size && !IsNumberChar(data[position]))
     ++position;
@@ -235,35 +236,36 @@ EArchive& EArchive::operator>>(unsigned long& value) {
 
 EArchive& EArchive::operator>>(std::string& value) {
   unsigned int length = ReadUnsignedInt();
-  const unsigned int size = m_Buffer.m_Size;
+  const unsigned int size = m_Buffer.GetSize();
   length = std::min(length, size - StartPosition());
   if (length == 0) {
     value.clear();
     return *this;
   }
-  value.assign(reinterpret_cast<const char*>(m_Buffer.m_Data + m_ReadPosition), length);
+  value.assign(reinterpret_cast<const char*>(m_Buffer.GetData() + m_ReadPosition), length);
   m_ReadPosition += length;
   return *this;
 }
 
 EArchive& EArchive::ReadBlob(EBlob& blob) {
   unsigned int length = ReadUnsignedInt();
-  const unsigned int size = m_Buffer.m_Size;
+  const unsigned int size = m_Buffer.GetSize();
   // A position beyond the end restarts at 0, as for strings, so the clamp below cannot wrap.
   length = std::min(length, size - StartPosition());
-  blob.Grow(length, false);
-  if (length > 0) std::memmove(blob.m_Data, m_Buffer.m_Data + m_ReadPosition, length);
-  blob.m_Size = length;
+  // Size 0 first, so that a new allocation copies none of the blob's old bytes.
+  blob.Resize(EBlob::ResizeKey(), 0, length);
+  unsigned char* const data = blob.Resize(EBlob::ResizeKey(), length);
+  if (length > 0) std::memmove(data, m_Buffer.GetData() + m_ReadPosition, length);
   m_ReadPosition += length;
   return *this;
 }
 
 EArchive& EArchive::SerializeRawStringIn(std::string& value) {
-  const unsigned int size = m_Buffer.m_Size;
+  const unsigned int size = m_Buffer.GetSize();
   StartPosition();
   value.clear();
   if (m_ReadPosition == size) return *this;
-  const char* const begin = reinterpret_cast<const char*>(m_Buffer.m_Data + m_ReadPosition);
+  const char* const begin = reinterpret_cast<const char*>(m_Buffer.GetData() + m_ReadPosition);
   const void* lineFeed = std::memchr(begin, '\n', size - m_ReadPosition);
   const unsigned int length =
       lineFeed != nullptr ? static_cast<unsigned int>(static_cast<const char*>(lineFeed) - begin)

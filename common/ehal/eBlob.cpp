@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include "detail/eBlobSize.h"
+#include "detail/eDigits.h"
 #include "eArchive.h"
 #include "eRecordDescription.h"
 #include "eRecordSchema.h"
@@ -99,16 +101,18 @@ void EBlob::SetSize(unsigned int n, bool keep) {
   m_Capacity = n;
 }
 
-void EBlob::Grow(unsigned int n, bool keep) {
-  m_Size = keep ? std::min(m_Size, n) : 0;
-  if (n <= Room()) return;
-  if (!keep) FreeBuf();
+void EBlob::Reallocate(unsigned int capacity, unsigned int keep) {
+  // With nothing to keep the old bytes are dropped first, so that realloc does not copy them.
+  if (keep == 0) {
+    m_Size = 0;
+    FreeBuf();
+  }
   // Growing keeps the old bytes; realloc may extend the allocation where it lies, which spares
   // the copy and, more importantly, touching (and faulting in) fresh memory on every doubling.
-  void* const data = std::realloc(m_Data, n);
+  void* const data = std::realloc(m_Data, capacity);
   if (data == nullptr) throw std::bad_alloc();
   m_Data = static_cast<unsigned char*>(data);
-  m_Capacity = n;
+  m_Capacity = capacity;
 }
 
 void EBlob::Swap(EBlob& other) {
@@ -134,28 +138,28 @@ void EBlob::SetData(const void* data, unsigned int length) {
 
 void EBlob::SetData(const void* first, unsigned int firstLength, const void* second,
                     unsigned int secondLength) {
-  const std::uint64_t total = std::uint64_t{firstLength} + secondLength;
-  if (total == 0 || (first == nullptr && second == nullptr)) return;
-  if (total > UINT32_MAX) throw std::bad_alloc();
+  if (first == nullptr && second == nullptr) return;
+  const unsigned int total = eHal::detail::BlobSizeOfSum(firstLength, secondLength);
+  if (total == 0) return;
   if (total > Room()) {
     Empty(0);
-    NewBuf(static_cast<unsigned int>(total));
+    NewBuf(total);
   }
   if (first != nullptr && firstLength > 0) std::memmove(m_Data, first, firstLength);
   if (second != nullptr && secondLength > 0) {
     std::memmove(m_Data + (first != nullptr ? firstLength : 0), second, secondLength);
   }
-  m_Size = static_cast<unsigned int>(total);
+  m_Size = total;
 }
 
 bool EBlob::AppendGrowing(const EBlob& other) {
   const unsigned int otherSize = other.m_Size;
-  const std::uint64_t total = std::uint64_t{m_Size} + otherSize;
-  if (total > UINT32_MAX) return false;
-  if (Room() < total) SetSize(static_cast<unsigned int>(total), true);
+  if (!eHal::detail::FitsInBlob(m_Size, otherSize)) return false;
+  const unsigned int total = m_Size + otherSize;
+  if (Room() < total) SetSize(total, true);
   if (Room() < total) return false;
   if (otherSize > 0) std::memmove(m_Data + m_Size, other.m_Data, otherSize);
-  m_Size = static_cast<unsigned int>(total);
+  m_Size = total;
   return true;
 }
 
@@ -267,8 +271,10 @@ std::string EBlob::GetHexString() const {
 }
 
 void EBlob::SetHexString(const std::string& text) {
+  // Every byte takes at least one character, so the text's length bounds the bytes.
+  const unsigned int most = eHal::detail::BlobSize(text.size());
   m_Size = 0;
-  if (text.size() > Room()) NewBuf(static_cast<unsigned int>(text.size()));
+  if (most > Room()) NewBuf(most);
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (!IsHexDigit(text[i])) continue;
     unsigned char byte = static_cast<unsigned char>(AsciiToHex(text[i]) << 4);

@@ -49,6 +49,7 @@
 #include <utility>
 #include <vector>
 
+#include "detail/eContainerRead.h"
 #include "eArchive.h"
 #include "eBlob.h"
 #include "eRecord.h"
@@ -278,21 +279,6 @@ struct DefaultCodec {
 template <typename Member>
 using CodecOf = typename DefaultCodec<Member>::Type;
 
-// True when the last read ran past the end of the data: the next one would start over from the
-// beginning of the archive.
-inline bool ReadPastEnd(const EArchive& archive) {
-  return archive.GetReadPosition() > archive.GetAsEBlob().GetSize();
-}
-
-// Calls `readOne(i)` for i from 0 below `count`, stopping early once the archive has run past its
-// end: the items the data holds are all consumed, and a hostile count cannot keep a reader going
-// round the same bytes for billions of rounds.
-template <typename ReadOne>
-void ReadCounted(EArchive& archive, unsigned int count, ReadOne&& readOne) {
-  for (unsigned int i = 0; i < count && !ReadPastEnd(archive); ++i)
-    readOne(i);
-}
-
 // A description made once per `Make` and kept for the process.
 template <typename Make>
 const ERecordDescription& Kept() {
@@ -324,9 +310,9 @@ struct VectorCodec {
   }
 };
 
-// A map: its count, then key and item for each entry in key order. The reader clears the map,
-// refuses a storing archive, and stores each pair read, a later pair replacing the value of an
-// equal key; it stops where the data runs out (see ReadCounted).
+// A map: its count, then key and item for each entry in key order. The reader (the free map
+// reader) clears the map, refuses a storing archive, and stores each pair read, a later pair
+// replacing the value of an equal key; it stops where the data runs out (see ReadCounted).
 struct MapCodec {
   template <typename Key, typename Item>
   static void Write(EArchive& archive, const std::map<Key, Item>& items) {
@@ -334,9 +320,7 @@ struct MapCodec {
   }
   template <typename Key, typename Item>
   static void Read(EArchive& archive, std::map<Key, Item>& items) {
-    StartMapRead(archive, items);
-    ReadCounted(archive, archive.ReadUnsignedInt(),
-                [&](unsigned int) { ReadMapEntry(archive, items); });
+    ::SerializeIn(archive, items);
   }
   template <typename Key, typename Item>
   static void Describe(ERecordVisitor& visitor, const char* name,

@@ -6,11 +6,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "eRecordSchema.h"
 #include "eRecordText.h"
@@ -303,22 +305,42 @@ std::array<std::uint64_t, N> LoadFields(const PayloadBytes& payload, std::uint64
   return values;
 }
 
+// The size of an entry in the binary form.
+template <typename Entry>
+std::uint64_t EntrySize(const Entry&) {
+  return EntryForm<Entry>::kSize;
+}
+
+std::uint64_t EntrySize(const eValueListLabelUpdateEntry& entry) {
+  using Form = EntryForm<eValueListLabelUpdateEntry>;
+  return Form::kHeadSize + std::uint64_t{Form::kValueWidth} * entry.GetValueCount();
+}
+
+// The bytes that `entries` fill in the binary form, back to back.
+template <typename Entry>
+std::uint64_t EntriesSize(const std::vector<Entry>& entries) {
+  std::uint64_t size = 0;
+  for (const Entry& entry : entries)
+    size += EntrySize(entry);
+  return size;
+}
+
 // Writes one entry at `at`; returns its size in the binary form.
 template <typename Entry>
 std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at, const Entry& entry) {
   StoreFields(payload, at, EntryForm<Entry>::kFields,
               EntryValues(EntryForm<Entry>::kFields, entry));
-  return EntryForm<Entry>::kSize;
+  return EntrySize(entry);
 }
 
 std::uint64_t StoreEntry(PayloadBytes& payload, std::uint64_t at,
                          const eValueListLabelUpdateEntry& entry) {
   using Form = EntryForm<eValueListLabelUpdateEntry>;
   StoreFields(payload, at, Form::kFields, EntryValues(Form::kFields, entry));
-  std::uint64_t end = at + Form::kHeadSize;
-  for (unsigned int i = 0; i < entry.GetValueCount(); ++i, end += Form::kValueWidth)
-    payload.Store(end, Form::kValueWidth, entry.GetValue(i));
-  return end - at;
+  for (unsigned int i = 0; i < entry.GetValueCount(); ++i)
+    payload.Store(at + Form::kHeadSize + Form::kValueWidth * i, Form::kValueWidth,
+                  entry.GetValue(i));
+  return EntrySize(entry);
 }
 
 template <typename Entry>
@@ -326,6 +348,50 @@ void StoreEntries(PayloadBytes& payload, const std::vector<Entry>& entries) {
   std::uint64_t at = 0;
   for (const Entry& entry : entries)
     at += StoreEntry(payload, at, entry);
+}
+
+// Calls `use(entries)` with the list that the message's request type carries in the binary form;
+// not at all for a type that carries none.
+template <typename Use>
+void ForEntriesOf(const eValueList& message, Use&& use) {
+  switch (message.GetRequestType()) {
+    case eValueList::kConfigurationToStateMachine:
+      use(message.GetLabelConfigs());
+      break;
+    case eValueList::kLabelUpdate:
+    case eValueList::kHalLabelUpdate:
+      use(message.GetLabelUpdates());
+      break;
+    case eValueList::kLabelEnableDisable:
+    case eValueList::kHalLabelEnableDisable:
+      use(message.GetLabelDisablers());
+      break;
+    case eValueList::kBackgroundConfigurationToStateMachine:
+      use(message.GetBackgroundConfigs());
+      break;
+    default:
+      break;
+  }
+}
+
+// Writes the entries of the message's request type back to back from the payload's start, as
+// far as the payload reaches.
+void StorePayload(const eValueList& message, PayloadBytes& payload) {
+  ForEntriesOf(message, [&payload](const auto& entries) { StoreEntries(payload, entries); });
+}
+
+// The bytes that the entries of the message's request type fill in the binary form.
+std::uint64_t FilledPayload(const eValueList& message) {
+  std::uint64_t size = 0;
+  ForEntriesOf(message, [&size](const auto& entries) { size = EntriesSize(entries); });
+  return size;
+}
+
+// True for the request types whose XML carries the entries ("payload-data").
+bool HasPayloadData(unsigned int requestType) {
+  return requestType == eValueList::kConfigurationToStateMachine ||
+         requestType == eValueList::kHalLabelUpdate ||
+         requestType == eValueList::kBackgroundConfigurationToStateMachine;
 }
 
 // Appends an entry for every whole entry size that the payload holds.
@@ -386,8 +452,19 @@ void AppendFieldsText(std::string& text, const Field (&fields)[N], const Values&
   if (trailingBlank) text += ' ';
 }
 
-vqml_content* TextElement(const char* name, const std::string& text, vqml_content* next) {
-  return vqml_new_element(name, nullptr, vqml_new_text_pool(text.c_str(), text.size()), next);
+// An element of `contents` in front of `next`, taking both over; nothing leaks when memory runs
+// out.
+ElementPtr NewElement(const char* name, ElementPtr contents, ElementPtr next) {
+  ElementPtr element(vqml_new_element(name, nullptr, contents.get(), next.get()));
+  contents.release();
+  next.release();
+  return element;
+}
+
+// An element holding one text, in front of `next`.
+ElementPtr TextElement(const char* name, const std::string& text, ElementPtr next) {
+  return NewElement(name, ElementPtr(vqml_new_text_pool(text.c_str(), text.size())),
+                    std::move(next));
 }
 
 std::string HexText(std::uint64_t value) {
@@ -399,23 +476,23 @@ std::string HexText(std::uint64_t value) {
 // The entry elements of a payload of fixed-size entries, one per started entry size within the
 // payload length, each linked in front of the one before: the last entry comes first.
 template <typename Entry>
-vqml_content* FixedEntryElements(const PayloadBytes& payload, const char* name) {
+ElementPtr FixedEntryElements(const PayloadBytes& payload, const char* name) {
   using Form = EntryForm<Entry>;
-  vqml_content* elements = nullptr;
+  ElementPtr elements;
   std::string text;
   for (std::uint64_t at = 0; at < payload.Size(); at += Form::kSize) {
     text.clear();
     AppendFieldsText(text, Form::kFields, LoadFields(payload, at, Form::kFields),
                      Form::kTrailingBlank);
-    elements = TextElement(name, text, elements);
+    elements = TextElement(name, text, std::move(elements));
   }
   return elements;
 }
 
 // The "hlu" elements of a label-update payload, linked in front of each other like the above.
-vqml_content* LabelUpdateElements(const PayloadBytes& payload, const char* name) {
+ElementPtr LabelUpdateElements(const PayloadBytes& payload, const char* name) {
   using Form = EntryForm<eValueListLabelUpdateEntry>;
-  vqml_content* elements = nullptr;
+  ElementPtr elements;
   std::string text;
   std::uint64_t at = 0;
   for (std::int64_t remaining = static_cast<std::int64_t>(payload.Size()); remaining >= 1;) {
@@ -428,7 +505,7 @@ vqml_content* LabelUpdateElements(const PayloadBytes& payload, const char* name)
                 2 * Form::kValueWidth);
       text += ' ';
     }
-    elements = TextElement(name, text, elements);
+    elements = TextElement(name, text, std::move(elements));
     const std::uint64_t size = Form::kHeadSize + Form::kValueWidth * count;
     at += size;
     remaining -= static_cast<std::int64_t>(size);
@@ -553,6 +630,40 @@ void StorePayloadData(vqml_content* payloadData, unsigned int requestType, Paylo
     const char* const text = FirstText(child);
     at += store(payload, at, text != nullptr ? text : "");
   }
+}
+
+// The XML tree of a message whose binary payload is `payload`: the header fields in a fixed
+// order, then the entries of the request types that carry them, the last entry first.
+ElementPtr MessageElement(const eValueList& message, const PayloadBytes& payload, int portId) {
+  const XmlNames& names = Names();
+  ElementPtr chain;
+  switch (message.GetRequestType()) {
+    case eValueList::kConfigurationToStateMachine:
+      chain = FixedEntryElements<overlay_base_address>(payload, names.labelConfig);
+      break;
+    case eValueList::kHalLabelUpdate:
+      chain = LabelUpdateElements(payload, names.labelUpdate);
+      break;
+    case eValueList::kBackgroundConfigurationToStateMachine:
+      chain = FixedEntryElements<background_base_address>(payload, names.backgroundConfig);
+      break;
+    default:
+      break;
+  }
+  if (HasPayloadData(message.GetRequestType()))
+    chain = NewElement(names.payloadData, std::move(chain), nullptr);
+  chain = TextElement(names.payloadLength, HexText(message.GetPayloadLength()), std::move(chain));
+  const unsigned long userDefined = message.GetUserDefined();
+  unsigned char bytes[sizeof userDefined];
+  std::memcpy(bytes, &userDefined, sizeof bytes);
+  chain =
+      TextElement(names.userDefined, JoinLowerHexPairs(bytes, sizeof bytes, ""), std::move(chain));
+  chain = TextElement(names.requestType, EnumText(message.GetRequestType(), kRequestTypeNames),
+                      std::move(chain));
+  chain = TextElement(names.srcId, HexText(message.GetSrcId()), std::move(chain));
+  chain = TextElement(names.dstId, HexText(message.GetDstId()), std::move(chain));
+  chain = TextElement(names.portId, std::to_string(portId), std::move(chain));
+  return NewElement(names.valuelist, std::move(chain), nullptr);
 }
 
 // The request type whose name `text` begins with, tried in the fixed order; `current` when none.
@@ -715,24 +826,7 @@ vqvaluelist_msg* eValueList::class2struct() const {
   message->user_defined = m_UserDefined;
   message->payload_length = m_PayloadLength;
   PayloadBytes payload(PayloadOf(message.get()), m_PayloadLength);
-  switch (m_RequestType) {
-    case kConfigurationToStateMachine:
-      StoreEntries(payload, m_LabelConfigs);
-      break;
-    case kLabelUpdate:
-    case kHalLabelUpdate:
-      StoreEntries(payload, m_LabelUpdates);
-      break;
-    case kLabelEnableDisable:
-    case kHalLabelEnableDisable:
-      StoreEntries(payload, m_LabelDisablers);
-      break;
-    case kBackgroundConfigurationToStateMachine:
-      StoreEntries(payload, m_BackgroundConfigs);
-      break;
-    default:
-      break;
-  }
+  StorePayload(*this, payload);
   return message.release();
 }
 
@@ -769,40 +863,22 @@ void eValueList::TakeMessage(const vqvaluelist_msg& header, unsigned char* paylo
   }
 }
 
-void eValueList::Encode(int portId) {
-  const MessagePtr message(class2struct());
-  if (message == nullptr) return;
-  const XmlNames& names = Names();
-  const PayloadBytes payload(PayloadOf(message.get()), m_PayloadLength);
-  vqml_content* chain = nullptr;
-  switch (m_RequestType) {
-    case kConfigurationToStateMachine:
-      chain = FixedEntryElements<overlay_base_address>(payload, names.labelConfig);
-      break;
-    case kHalLabelUpdate:
-      chain = LabelUpdateElements(payload, names.labelUpdate);
-      break;
-    case kBackgroundConfigurationToStateMachine:
-      chain = FixedEntryElements<background_base_address>(payload, names.backgroundConfig);
-      break;
-    default:
-      break;
+bool eValueList::Encode(int portId) {
+  const bool hasPayloadData = HasPayloadData(m_RequestType);
+  // The payload is allocated only as far as the entries fill it, and a bounded margin of zeros.
+  if (hasPayloadData && m_PayloadLength > FilledPayload(*this) + kMaxPayloadBeyondEntries) {
+    return false;
   }
-  const bool hasPayloadData = m_RequestType == kConfigurationToStateMachine ||
-                              m_RequestType == kHalLabelUpdate ||
-                              m_RequestType == kBackgroundConfigurationToStateMachine;
-  chain = hasPayloadData ? vqml_new_element(names.payloadData, nullptr, chain, nullptr) : nullptr;
-  chain = TextElement(names.payloadLength, HexText(m_PayloadLength), chain);
-  unsigned char userDefined[sizeof m_UserDefined];
-  std::memcpy(userDefined, &m_UserDefined, sizeof userDefined);
-  chain =
-      TextElement(names.userDefined, JoinLowerHexPairs(userDefined, sizeof userDefined, ""), chain);
-  chain = TextElement(names.requestType, EnumText(m_RequestType, kRequestTypeNames), chain);
-  chain = TextElement(names.srcId, HexText(m_SrcId), chain);
-  chain = TextElement(names.dstId, HexText(m_DstId), chain);
-  chain = TextElement(names.portId, std::to_string(portId), chain);
-  const ElementPtr root(vqml_new_element(names.valuelist, nullptr, chain, nullptr));
-  SetXML(root.get());
+  // Memory that runs out ends in a refusal as well: no exception leaves the library.
+  try {
+    std::vector<unsigned char> bytes(hasPayloadData ? m_PayloadLength : 0);
+    PayloadBytes payload(bytes.data(), bytes.size());
+    StorePayload(*this, payload);
+    return SetXML(MessageElement(*this, payload, portId).get());
+  } catch (const std::exception&) {
+    m_XmlContent.Empty();
+    return false;
+  }
 }
 
 vqml_content* eValueList::GetXML() const {
@@ -817,9 +893,9 @@ vqml_content* eValueList::GetXML() const {
   return root;
 }
 
-void eValueList::SetXML(const vqml_content* element) {
+bool eValueList::SetXML(const vqml_content* element) {
   m_XmlContent.Empty();
-  vqml_print_element(m_Printer, element);
+  return vqml_cont_type(element) == kVqmlElement && vqml_print_element(m_Printer, element) != 0;
 }
 
 void eValueList::Parse() {

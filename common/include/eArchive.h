@@ -12,7 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "detail/eContainerRead.h"
 #include "detail/eDigits.h"
+#include "detail/eNumberText.h"
 #include "detail/ePortability.h"
 #include "eBlob.h"
 
@@ -46,11 +48,14 @@ class EArchive {
   void GetAsEBlob(EBlob& blob) const { blob = m_Buffer; }
   // Replaces the contents by a copy of `blob`, read position 0, write position at its end, no
   // wraps counted. With `terminate` a zero byte is stored after the copy and counted in the size (a
-  // later write overwrites it). The mode is not touched.
+  // later write overwrites it). The mode is not touched. A blob of 2^32 - 1 bytes leaves no room
+  // for the zero byte: it is refused with std::bad_alloc and the archive is left unchanged.
   void SetFromEBlob(const EBlob& blob, bool terminate);
 
   // The single low-level write: copies `length` bytes at the write position, doubling the
-  // allocation as needed. A write position beyond the size restarts at 0.
+  // allocation as needed. A write position beyond the size restarts at 0. A write that would take
+  // the archive beyond 2^32 - 1 bytes is refused with std::bad_alloc, and so is a string longer
+  // than that.
   void Append(unsigned int length, const unsigned char* bytes);
 
   // Writers; each returns the archive for chaining.
@@ -158,82 +163,6 @@ class EArchive {
   EBlob m_Buffer;
 };
 
-namespace eHal::detail {
-
-// The longest number text the archive writes: twenty digits and a blank.
-inline constexpr unsigned int kLongestNumberText = 21;
-
-// The archive's text of a number: its digits ("-" first when negative) and one blank. Returns the
-// position after the blank.
-inline unsigned char* WriteNumberText(unsigned char* out, std::uint32_t value) {
-  out = WriteDigits(out, value);
-  *out = ' ';
-  return out + 1;
-}
-
-inline unsigned char* WriteNumberText(unsigned char* out, std::int32_t value) {
-  if (value >= 0) return WriteNumberText(out, static_cast<std::uint32_t>(value));
-  *out = '-';
-  return WriteNumberText(out + 1, 0u - static_cast<std::uint32_t>(value));
-}
-
-inline unsigned char* WriteNumberText(unsigned char* out, std::uint64_t value) {
-  out = WriteDigits(out, value);
-  *out = ' ';
-  return out + 1;
-}
-
-// Eight bytes from `bytes`, the first in the lowest eight bits.
-inline std::uint64_t LoadEight(const unsigned char* bytes) {
-  std::uint64_t chunk;
-  std::memcpy(&chunk, bytes, sizeof chunk);
-  return chunk;
-}
-
-// Stores the digit value of each of the eight bytes in `values` (meaningful for the digits
-// only) and returns how many leading bytes are decimal digits, 0 to 8.
-inline unsigned int LeadingDigits(std::uint64_t chunk, std::uint64_t& values) {
-  values = chunk ^ 0x3030303030303030ULL;
-  // A digit has a zero high nibble both as it is and after adding 6 to its low nibble; the
-  // first byte that is not a digit is the lowest with a high nibble set in either. Carries only
-  // run towards later bytes, so they cannot hide it.
-  const std::uint64_t high = (values | (values + 0x0606060606060606ULL)) & 0xF0F0F0F0F0F0F0F0ULL;
-  return high == 0 ? 8 : CountTrailingZeros(high) / 8;
-}
-
-// The number spelt by the first `count` (1 to 8) digit values, the first the most significant.
-inline std::uint32_t SpellDigits(std::uint64_t values, unsigned int count) {
-  std::uint64_t v = values << (8 * (8 - count));  // leading zeros fill the dropped places
-  v = (v * 10 + (v >> 8)) & 0x00FF00FF00FF00FFULL;
-  v = (v * 100 + (v >> 16)) & 0x0000FFFF0000FFFFULL;
-  return static_cast<std::uint32_t>(v * 10000 + (v >> 32));
-}
-
-// The value of a digit character; above 9 for any other byte.
-inline unsigned int DigitValue(unsigned char c) {
-  return static_cast<unsigned int>(c) - unsigned{'0'};
-}
-
-// Takes up to four leading digits of `first` into `value`; returns how many it took. Written out
-// rather than as a loop so that every optimisation level gets straight-line code whose branches
-// the processor predicts for numbers of similar length.
-inline unsigned int TakeUpToFourDigits(const unsigned char* first, std::uint32_t& value) {
-  value = DigitValue(first[0]);
-  if (value > 9) return 0;
-  const unsigned int second = DigitValue(first[1]);
-  if (second > 9) return 1;
-  value = value * 10 + second;
-  const unsigned int third = DigitValue(first[2]);
-  if (third > 9) return 2;
-  value = value * 10 + third;
-  const unsigned int fourth = DigitValue(first[3]);
-  if (fourth > 9) return 3;
-  value = value * 10 + fourth;
-  return 4;
-}
-
-}  // namespace eHal::detail
-
 // Fast path for the common token: up to fifteen plain digits at the read position, ended by a
 // character that cannot continue a number, with sixteen valid bytes there. One to four digits
 // are taken a byte at a time: for numbers of similar length the branches are predicted, so the
@@ -244,10 +173,10 @@ inline unsigned int TakeUpToFourDigits(const unsigned char* first, std::uint32_t
 inline unsigned int EArchive::ReadUnsignedInt() {
   using namespace eHal::detail;
   const unsigned int position = m_ReadPosition;
-  if (!kLittleEndian || std::uint64_t{position} + 16 > m_Buffer.m_Size) {
+  if (!kLittleEndian || std::uint64_t{position} + 16 > m_Buffer.GetSize()) {
     return ReadUnsignedIntSlow();
   }
-  const unsigned char* const first = m_Buffer.m_Data + position;
+  const unsigned char* const first = m_Buffer.GetData() + position;
   std::uint32_t value;
   unsigned int count = TakeUpToFourDigits(first, value);
   if (count == 0) return ReadUnsignedIntSlow();
@@ -276,10 +205,9 @@ inline void ERefusalReport::Raise() const {
 
 inline unsigned char* EArchive::WritableRoom(unsigned int length) {
   const unsigned int position = m_WritePosition;
-  if (position > m_Buffer.m_Size || std::uint64_t{position} + length > m_Buffer.Room()) {
-    return nullptr;
-  }
-  return m_Buffer.m_Data + position;
+  const unsigned int size = m_Buffer.GetSize();
+  if (position > size || std::uint64_t{position} + length > m_Buffer.Room()) return nullptr;
+  return m_Buffer.Resize(EBlob::ResizeKey(), size) + position;
 }
 
 template <typename Number>
@@ -287,33 +215,25 @@ EArchive& EArchive::WriteNumber(Number value) {
   unsigned char* const out = WritableRoom(eHal::detail::kLongestNumberText);
   if (out == nullptr) return AppendNumber(value);
   const auto end =
-      static_cast<unsigned int>(eHal::detail::WriteNumberText(out, value) - m_Buffer.m_Data);
+      static_cast<unsigned int>(eHal::detail::WriteNumberText(out, value) - m_Buffer.GetData());
   m_WritePosition = end;
-  if (m_Buffer.m_Size < end) m_Buffer.m_Size = end;
+  m_Buffer.Resize(EBlob::ResizeKey(), std::max(m_Buffer.GetSize(), end));
   return *this;
 }
 
 inline unsigned char* EArchive::Reserve(unsigned int length) {
   const unsigned int position = m_WritePosition;
-  const unsigned int size = m_Buffer.m_Size;
+  const unsigned int size = m_Buffer.GetSize();
   const unsigned int room = m_Buffer.Room();
   if (position > size || length > room - position) return ReserveSlow(position, length);
-  if (size < position + length) m_Buffer.m_Size = position + length;
   m_WritePosition = position + length;
-  return m_Buffer.m_Data + position;
+  return m_Buffer.Resize(EBlob::ResizeKey(), std::max(size, position + length)) + position;
 }
 
 // Container operations. Writers need a storing archive, readers refuse only a storing one;
-// counts are written as unsigned 64-bit and read as unsigned 32-bit.
-namespace eHal::detail {
-// The bytes between the read position and the end. Every element takes at least two of them (a
-// digit and a blank), so no more than half of them is ever reserved from an untrusted count.
-inline std::size_t RemainingBytes(const EArchive& archive) {
-  const unsigned int size = archive.GetAsEBlob().GetSize();
-  const unsigned int position = archive.GetReadPosition();
-  return position < size ? size - position : 0;
-}
-}  // namespace eHal::detail
+// counts are written as unsigned 64-bit and read as unsigned 32-bit. A reader reads no further
+// than the data, whatever its count says: it stops once a read has run past the end (see
+// eHal::detail::ReadCounted).
 
 template <typename ItemType>
 void SerializeOut(EArchive& archive, const std::vector<ItemType>& items) {
@@ -335,11 +255,11 @@ void SerializeIn(EArchive& archive, std::vector<ItemType>& items) {
   }
   const unsigned int count = archive.ReadUnsignedInt();
   items.reserve(std::min<std::size_t>(count, eHal::detail::RemainingBytes(archive) / 2));
-  for (unsigned int i = 0; i < count; ++i) {
+  eHal::detail::ReadCounted(archive, count, [&](unsigned int) {
     ItemType item{};
     archive >> item;
     items.push_back(std::move(item));
-  }
+  });
 }
 
 template <typename KeyType, typename ItemType>
@@ -353,32 +273,9 @@ void SerializeOut(EArchive& archive, const std::map<KeyType, ItemType>& items) {
     archive << entry.first << entry.second;
 }
 
-namespace eHal::detail {
-// The map reader's first steps: the map is cleared, then a storing archive is refused.
-template <typename KeyType, typename ItemType>
-void StartMapRead(EArchive& archive, std::map<KeyType, ItemType>& items) {
-  items.clear();
-  if (archive.IsStoring()) {
-    EArchive::SerializeError("common/include/eArchive", 285,
-                             "template<KeyType,ItemType> SerializeIn(..,map)");
-  }
-}
-
-// Reads one pair into a fresh key and a fresh value and stores it, replacing the value of an
-// equal key: with a repeated key the last pair wins.
-template <typename KeyType, typename ItemType>
-void ReadMapEntry(EArchive& archive, std::map<KeyType, ItemType>& items) {
-  KeyType key{};
-  ItemType item{};
-  archive >> key >> item;
-  items.insert_or_assign(std::move(key), std::move(item));
-}
-}  // namespace eHal::detail
-
 template <typename KeyType, typename ItemType>
 void SerializeIn(EArchive& archive, std::map<KeyType, ItemType>& items) {
   eHal::detail::StartMapRead(archive, items);
-  const unsigned int count = archive.ReadUnsignedInt();
-  for (unsigned int i = 0; i < count; ++i)
-    eHal::detail::ReadMapEntry(archive, items);
+  eHal::detail::ReadCounted(archive, archive.ReadUnsignedInt(),
+                            [&](unsigned int) { eHal::detail::ReadMapEntry(archive, items); });
 }

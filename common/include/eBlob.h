@@ -3,6 +3,7 @@
 // does big-endian arithmetic on its contents and has hex-string, hex-dump and archive forms.
 #pragma once
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -119,18 +120,32 @@ class EBlob {
   const unsigned char* GetData() const { return m_Data; }
   unsigned int GetSize() const { return m_Size; }
   unsigned int GetCapacity() const { return m_Capacity; }
+  // Bytes usable without a new allocation: the capacity, or 0 when nothing is allocated.
+  unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }
+
+  // The key to Resize: only the archive can make one.
+  class ResizeKey {
+    friend class EArchive;
+    // Provided rather than defaulted, so that `ResizeKey{}` is no aggregate anyone may build.
+    ResizeKey() {}
+  };
+  // The archive's one access to the bytes, for a writer that fills reserved bytes before its size
+  // covers them. When `capacity` exceeds the room, the allocation first becomes exactly
+  // `capacity` bytes (extended in place where the C allocator can), keeping the valid bytes below
+  // `size` and leaving the others uninitialised. Then the size becomes `size`, which must not
+  // exceed the room, and the bytes are returned for writing.
+  unsigned char* Resize(ResizeKey, unsigned int size, unsigned int capacity = 0) {
+    if (capacity > Room()) Reallocate(capacity, std::min(size, m_Size));
+    m_Size = size;
+    return m_Data;
+  }
 
  private:
-  friend class EArchive;
-
   // Append when the allocation must first grow to the exact size needed.
   bool AppendGrowing(const EBlob& other);
-  // SetSize for a writer that fills the reserved bytes before its size covers them (the
-  // archive): the bytes added are left uninitialised rather than zeroed.
-  void Grow(unsigned int n, bool keep);
-
-  // Bytes actually usable: the capacity, or 0 when there is no allocation.
-  unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }
+  // Resize's growth: an allocation of exactly `capacity` bytes whose first `keep` bytes are the
+  // valid bytes; the others are left uninitialised rather than zeroed.
+  void Reallocate(unsigned int capacity, unsigned int keep);
 
   unsigned char* m_Data = nullptr;
   unsigned int m_Size = 0;

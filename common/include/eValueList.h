@@ -127,6 +127,8 @@ class eValueList : public ERecord<eValueList> {
     kInvalidArgs = 4
   };
   static constexpr unsigned int kRequestTypeCount = 24;
+  // How far Encode writes a payload length beyond the bytes that the entries fill.
+  static constexpr unsigned int kMaxPayloadBeyondEntries = 4096;
 
   // A zeroed header, no XML, no entries; creates the XML printer and parser.
   eValueList();
@@ -211,16 +213,26 @@ class eValueList : public ERecord<eValueList> {
   // Takes the header and appends the entries that the payload holds (existing entries stay).
   // The message must hold `payload_length` bytes after its header. Returns true.
   bool struct2class(vqvaluelist_msg* message);
-  // Object -> binary -> XML content; `portId` is written as the "port-id".
-  void Encode(int portId);
+  // Object -> binary -> XML content; `portId` is written as the "port-id". True when the XML
+  // content holds the message. The request types whose XML carries the entries (3, 12 and 21)
+  // write a payload of the payload length: entries beyond the ones set read as zeros, and the
+  // payload may reach at most kMaxPayloadBeyondEntries bytes beyond what the entries fill. A
+  // longer payload length is refused: false, and nothing changes. Other request types carry no
+  // payload in their XML; any payload length is written. Memory that runs out while the XML is
+  // built is refused too (false, the XML content empty): no exception leaves Encode. So Encode
+  // allocates in proportion to the entries, whatever the payload length says.
+  bool Encode(int portId);
   // XML content -> binary -> object; nothing changes when the XML holds no element or no
   // "payload-length".
   void Parse();
   // The last top-level element parsed from the XML content (free it with vqml_free_element), or
   // null when there is none.
   vqml_content* GetXML() const;
-  // Empties the XML content and prints `element` into it.
-  void SetXML(const vqml_content* element);
+  // Empties the XML content and prints `element` into it. SetXML writes only what GetXML reads
+  // back as the same tree: false, the content left empty, when `element` is not an element or
+  // holds what the parser refuses (see vqml_print_element: control characters, bytes that are not
+  // UTF-8, names that are not XML names, nesting deeper than kVqmlMaxDepth).
+  bool SetXML(const vqml_content* element);
 
   // The printer callback: appends `length` characters of `text` to the XML content of the
   // eValueList that `context` points to; returns `length`.

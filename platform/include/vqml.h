@@ -20,6 +20,9 @@ using vqml_print_callback = unsigned long (*)(const char* text, unsigned long le
 // The kinds of node that vqml_cont_type returns.
 enum : int { kVqmlText = 0, kVqmlElement = 1 };
 
+// The deepest nesting of elements that the parser reads and the printer writes.
+inline constexpr unsigned long kVqmlMaxDepth = 256;
+
 // A parser handle. Parsers keep no state between calls (each thread parses with its own expat
 // parser), so a handle owns nothing and needs no release.
 vqml_parser* vqml_new_parser();
@@ -27,9 +30,10 @@ vqml_parser* vqml_new_parser();
 // Parses the one element at `*cursor`, passing over what precedes it (blanks, an XML declaration,
 // comments), and stops at its end tag: on success `*element` is the new tree (free it with
 // vqml_free_element), `*cursor` and `*remaining` move past the element, and 1 is returned.
-// Malformed or truncated text, a document that declares entities or nests deeper than 256
-// elements yields 0 with `*element` null and the cursor unchanged. Character data that arrives in
-// pieces forms one text node; comments are dropped.
+// Malformed or truncated text, a document that declares entities or nests deeper than
+// kVqmlMaxDepth elements yields 0 with `*element` null and the cursor unchanged. Character data
+// that arrives in pieces forms one text node; comments are dropped. The time taken grows with the
+// element's own length, not with the text that follows it.
 int vqml_parse_element_bounded(vqml_parser* parser, const char** cursor, unsigned long* remaining,
                                vqml_content** element);
 
@@ -53,13 +57,20 @@ vqml_content* vqml_new_text_pool(const char* text, unsigned long length);
 // `contents` and of the chain of `next` siblings. `attributes` must be null.
 vqml_content* vqml_new_element(const char* name, vqml_attribute* attributes, vqml_content* contents,
                                vqml_content* next);
-// Frees the node and everything below it, together with its next siblings.
+// Frees the node and everything below it, together with its next siblings; any depth is safe.
 void vqml_free_element(vqml_content* element);
 
 // A printer that hands its text to `callback` with `context`.
 vqml_printer* vqml_new_printer(vqml_print_callback callback, const void* context);
 // Prints the element (not its siblings) with everything below it: elements as start and end tags
-// (an empty one as "<name/>"), text with '<', '>' and '&' escaped. The whole text is handed to
-// the callback in one call.
-void vqml_print_element(vqml_printer* printer, const vqml_content* element);
+// (an empty one as "<name/>"), text with '<', '>' and '&' as entity references and a carriage
+// return as "&#13;". The whole text is handed to the callback in one call, and returns 1. The
+// printer writes only what the parser reads back as the same tree, so it refuses, returning 0
+// without calling the callback, a tree that holds
+// - a text with a control character other than tab, line feed and carriage return, or with bytes
+//   that are not UTF-8 of a character that XML allows (a text ends at its first NUL);
+// - an element whose name is null or not an XML name the parser reads back unchanged;
+// - elements nested deeper than kVqmlMaxDepth.
+// A null printer or element prints nothing and returns 0. Any depth is safe: nothing recurses.
+int vqml_print_element(vqml_printer* printer, const vqml_content* element);
 void vqml_free_printer(vqml_printer* printer);

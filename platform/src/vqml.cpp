@@ -88,19 +88,18 @@ class NameTable {
   std::unordered_map<std::string_view, std::unique_ptr<Entry>> m_Names;
 };
 
+// A text node; nothing leaks when memory runs out.
 vqml_content* NewText(const char* text, std::size_t length) {
-  auto* node = new vqml_content();
+  auto node = std::make_unique<vqml_content>();
   node->text.reset(new char[length + 1]);
   std::memcpy(node->text.get(), text, length);
   node->text[length] = '\0';
-  return node;
+  return node.release();
 }
 
 // Builds the tree of one element from expat's events, and stops expat at the element's end tag.
 class TreeBuilder {
  public:
-  static constexpr std::size_t kMaxDepth = 256;
-
   TreeBuilder() : m_Parser(XML_ParserCreate(nullptr), &XML_ParserFree) {}
 
   // Parses the element at the start of `text`; returns its tree and sets `used` to the length of
@@ -108,15 +107,20 @@ class TreeBuilder {
   vqml_content* Parse(const char* text, unsigned long length, unsigned long& used) {
     if (m_Parser == nullptr) return nullptr;
     Start();
+    // expat copies what it is given before it parses, so the text goes in pieces that grow fourfold
+    // from a small first one: an element costs about its own length, never that of the whole
+    // text after it, and a document of many elements is read in linear time.
     unsigned long fed = 0;
+    unsigned long piece = kFirstPiece;
     while (!m_Stopped) {
-      const unsigned long piece = std::min<unsigned long>(length - fed, INT_MAX / 2);
-      const bool last = fed + piece == length;
-      if (XML_Parse(m_Parser.get(), text + fed, static_cast<int>(piece), last) != XML_STATUS_OK ||
+      const unsigned long size = std::min(length - fed, piece);
+      const bool last = fed + size == length;
+      if (XML_Parse(m_Parser.get(), text + fed, static_cast<int>(size), last) != XML_STATUS_OK ||
           last) {
         break;
       }
-      fed += piece;
+      fed += size;
+      piece = std::min(4 * piece, kLargestPiece);
     }
     vqml_content* const root = m_Root;
     m_Root = nullptr;
@@ -129,6 +133,9 @@ class TreeBuilder {
   }
 
  private:
+  static constexpr unsigned long kFirstPiece = 1024;
+  static constexpr unsigned long kLargestPiece = INT_MAX / 2;
+
   void Start() {
     XML_ParserReset(m_Parser.get(), nullptr);
     XML_SetUserData(m_Parser.get(), this);
@@ -151,7 +158,7 @@ class TreeBuilder {
     TreeBuilder& builder = From(data);
     if (builder.m_Stopped) return;  // expat may still deliver an event after a stop
     builder.FlushText();
-    if (builder.m_Open.size() >= kMaxDepth) {
+    if (builder.m_Open.size() >= kVqmlMaxDepth) {
       builder.Stop();
       return;
     }
@@ -223,42 +230,153 @@ class TreeBuilder {
   unsigned long m_Used = 0;
 };
 
-void AppendEscaped(std::string& out, const char* text) {
-  for (; *text != '\0'; ++text) {
-    switch (*text) {
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '&':
-        out += "&amp;";
-        break;
-      default:
-        out += *text;
-        break;
-    }
+// The length of the UTF-8 sequence at `text` when it encodes a character that XML allows
+// (tab, line feed, carriage return, U+0020 to U+D7FF, U+E000 to U+FFFD, U+10000 to U+10FFFF),
+// otherwise 0. The sequence ends at the first byte that breaks it, so the text's NUL is never
+// passed.
+unsigned int XmlCharacterLength(const unsigned char* text) {
+  const unsigned char lead = text[0];
+  if (lead < 0x80) return lead >= 0x20 || lead == '\t' || lead == '\n' || lead == '\r' ? 1 : 0;
+  auto continues = [text](unsigned int i, unsigned char low, unsigned char high) {
+    return text[i] >= low && text[i] <= high;
+  };
+  if (lead >= 0xC2 && lead <= 0xDF) return continues(1, 0x80, 0xBF) ? 2 : 0;
+  if (lead >= 0xE0 && lead <= 0xEF) {
+    // E0 continues with A0 at least (shorter forms are overlong), ED with 9F at most (above are
+    // the surrogates); EF BF BE and EF BF BF are U+FFFE and U+FFFF, which XML excludes.
+    const unsigned char low = lead == 0xE0 ? 0xA0 : 0x80;
+    const unsigned char high = lead == 0xED ? 0x9F : 0xBF;
+    if (!continues(1, low, high) || !continues(2, 0x80, 0xBF)) return 0;
+    return lead == 0xEF && text[1] == 0xBF && text[2] >= 0xBE ? 0 : 3;
+  }
+  if (lead >= 0xF0 && lead <= 0xF4) {
+    // F0 continues with 90 at least (overlong below), F4 with 8F at most (beyond U+10FFFF).
+    const unsigned char low = lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned char high = lead == 0xF4 ? 0x8F : 0xBF;
+    return continues(1, low, high) && continues(2, 0x80, 0xBF) && continues(3, 0x80, 0xBF) ? 4 : 0;
+  }
+  return 0;
+}
+
+// The text that stands for `c` in character data: an entity reference for the markup characters
+// and a character reference for a carriage return (a raw one would be read back as a line feed).
+// Null for every other byte.
+const char* EscapeOf(unsigned char c) {
+  switch (c) {
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    case '&':
+      return "&amp;";
+    case '\r':
+      return "&#13;";
+    default:
+      return nullptr;
   }
 }
 
-void PrintNode(std::string& out, const vqml_content* node) {
-  if (node->type == kVqmlText) {
-    AppendEscaped(out, node->text.get());
-    return;
+// Appends `text` as character data, escaped as EscapeOf says; the other bytes are copied in runs.
+// False when the text holds what no XML text can carry: a control character other than tab, line
+// feed and carriage return, or bytes that are not UTF-8 of a character that XML allows.
+bool AppendText(std::string& out, const char* text) {
+  const auto* at = reinterpret_cast<const unsigned char*>(text);
+  const auto* run = at;  // the bytes from here on are copied as they are
+  while (*at != '\0') {
+    if (*at >= 0x20 && *at < 0x80 && *at != '<' && *at != '>' && *at != '&') {
+      ++at;
+      continue;
+    }
+    if (const char* const escape = EscapeOf(*at); escape != nullptr) {
+      out.append(reinterpret_cast<const char*>(run), static_cast<std::size_t>(at - run));
+      out += escape;
+      run = ++at;
+      continue;
+    }
+    const unsigned int length = XmlCharacterLength(at);
+    if (length == 0) return false;
+    at += length;
   }
+  out.append(reinterpret_cast<const char*>(run), static_cast<std::size_t>(at - run));
+  return true;
+}
+
+bool IsAsciiNameStart(unsigned char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
+}
+
+bool IsAsciiNameCharacter(unsigned char c) {
+  return IsAsciiNameStart(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+}
+
+// True when the parser reads `<name/>` back as one element of exactly that name: the test for
+// names beyond ASCII, whose rules the parser alone states.
+bool ParsesAsName(const char* name) {
+  const std::string probe = std::string("<") + name + "/>";
+  const char* cursor = probe.data();
+  unsigned long remaining = probe.size();
+  vqml_content* element = nullptr;
+  if (vqml_parse_element_bounded(vqml_new_parser(), &cursor, &remaining, &element) == 0) {
+    return false;
+  }
+  const bool same = remaining == 0 && std::strcmp(element->name, name) == 0;
+  vqml_free_element(element);
+  return same;
+}
+
+// True when `name` can be printed as an element name that the parser reads back unchanged. A
+// name of ASCII letters, digits, '_', ':', '-' and '.' (not beginning with a digit, '-' or '.')
+// is decided here; any other byte asks the parser.
+bool IsPrintableName(const char* name) {
+  if (name == nullptr) return false;
+  const auto* at = reinterpret_cast<const unsigned char*>(name);
+  if (!IsAsciiNameStart(*at)) return *at >= 0x80 && ParsesAsName(name);
+  for (++at; *at != '\0'; ++at) {
+    if (*at >= 0x80) return ParsesAsName(name);
+    if (!IsAsciiNameCharacter(*at)) return false;
+  }
+  return true;
+}
+
+// Prints a text, an empty element or an element's start tag, for a node with `depth` open
+// elements around it; false when the node cannot be printed.
+bool PrintOpening(std::string& out, const vqml_content* node, std::size_t depth) {
+  if (node->type == kVqmlText) return AppendText(out, node->text.get());
+  if (depth >= kVqmlMaxDepth || !IsPrintableName(node->name)) return false;
   out += '<';
   out += node->name;
-  if (node->contents == nullptr) {
-    out += "/>";
-    return;
+  out += node->contents == nullptr ? "/>" : ">";
+  return true;
+}
+
+// Prints `root` and everything below it, without recursion: the elements whose end tags are due
+// are kept in a list, so that no depth can exhaust the stack. False when the tree holds what the
+// parser would refuse.
+bool PrintTree(std::string& out, const vqml_content* root) {
+  std::vector<const vqml_content*> open;
+  const vqml_content* node = root;
+  for (;;) {
+    if (!PrintOpening(out, node, open.size())) return false;
+    if (node->type == kVqmlElement && node->contents != nullptr) {
+      open.push_back(node);
+      node = node->contents;
+      continue;
+    }
+    // On to the next sibling, closing the elements whose last node this was; the root's own
+    // siblings are not printed.
+    for (;;) {
+      if (open.empty()) return true;
+      if (node->next != nullptr) {
+        node = node->next;
+        break;
+      }
+      node = open.back();
+      open.pop_back();
+      out += "</";
+      out += node->name;
+      out += '>';
+    }
   }
-  out += '>';
-  for (const vqml_content* child = node->contents; child != nullptr; child = child->next)
-    PrintNode(out, child);
-  out += "</";
-  out += node->name;
-  out += '>';
 }
 
 }  // namespace
@@ -324,10 +442,18 @@ vqml_content* vqml_new_element(const char* name, vqml_attribute*, vqml_content* 
 }
 
 void vqml_free_element(vqml_content* element) {
-  // Siblings are freed in a loop, contents by recursion: parsed trees nest 256 deep at most.
+  // Without recursion, so that a tree of any depth is freed: an element's contents are put in
+  // front of the siblings still to free. Each chain of contents is walked once to find its last
+  // node, so the whole tree costs linear time.
   while (element != nullptr) {
-    vqml_content* const next = element->next;
-    vqml_free_element(element->contents);
+    vqml_content* next = element->next;
+    if (vqml_content* const contents = element->contents; contents != nullptr) {
+      vqml_content* last = contents;
+      while (last->next != nullptr)
+        last = last->next;
+      last->next = next;
+      next = contents;
+    }
     if (element->countedName) NameTable::Instance().Release(element->name);
     delete element;
     element = next;
@@ -338,13 +464,14 @@ vqml_printer* vqml_new_printer(vqml_print_callback callback, const void* context
   return new vqml_printer{callback, context, std::string()};
 }
 
-void vqml_print_element(vqml_printer* printer, const vqml_content* element) {
-  if (printer == nullptr || element == nullptr) return;
+int vqml_print_element(vqml_printer* printer, const vqml_content* element) {
+  if (printer == nullptr || element == nullptr) return 0;
   printer->buffer.clear();
-  PrintNode(printer->buffer, element);
+  if (!PrintTree(printer->buffer, element)) return 0;
   if (printer->callback != nullptr) {
     printer->callback(printer->buffer.data(), printer->buffer.size(), printer->context);
   }
+  return 1;
 }
 
 void vqml_free_printer(vqml_printer* printer) {
