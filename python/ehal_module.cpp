@@ -61,11 +61,16 @@ py::list Guess(py::handle data) {
   return matches;
 }
 
-py::bytes Envelope(py::handle payload, unsigned int messageType, std::pair<std::string, int> client,
-                   unsigned int port) {
+// The numbers go into the fields as given, so that one out of its field's range is the same
+// ValueError as in encode().
+py::bytes Envelope(py::handle payload, py::handle messageType, py::handle client, py::handle port) {
+  const py::tuple majorMinor = py::tuple(py::reinterpret_borrow<py::object>(client));
+  if (majorMinor.size() != 2)
+    throw py::value_error("client: a (major id, minor id) pair, not " +
+                          std::to_string(majorMinor.size()) + " items");
   py::dict clientID;
-  clientID["MajorID"] = client.first;
-  clientID["MinorID"] = client.second;
+  clientID["MajorID"] = majorMinor[0];
+  clientID["MinorID"] = majorMinor[1];
   py::dict fields;
   fields["MessageType"] = messageType;
   fields["ClientID"] = clientID;
@@ -142,7 +147,7 @@ PYBIND11_MODULE(ehal, module) {
              "dicts with 'class', 'signature', 'current' (the layout it writes) and 'fields'\n"
              "(those the layout carries). ValueError when `data` holds no number.");
   module.def("envelope", &Envelope, py::arg("payload"), py::arg("message_type"),
-             py::arg("client") = std::pair<std::string, int>("", 0), py::arg("port") = 0,
+             py::arg("client") = py::make_tuple("", 0), py::arg("port") = 0,
              "The bytes of an eHal::EMessage carrying `payload` (a record's bytes) with the\n"
              "message type, the client identity (major id, minor id) and the port id.");
   module.def("unwrap", &Unwrap, py::arg("data"), py::arg("payload_class") = py::none(),

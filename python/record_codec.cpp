@@ -112,7 +112,7 @@ ThrowingScope::~ThrowingScope() {
 
 std::string UnknownNameMessage(const std::string& what, std::string_view name,
                                const std::vector<std::string>& close, const std::string& hint) {
-  std::string message = "unknown " + what + " \"" + std::string(name) + "\"";
+  std::string message = "unknown " + what + " " + ERecordValue::Quoted(name);
   if (close.empty()) return message + hint;
   message += "; close names:";
   for (const std::string& candidate : close)

@@ -130,6 +130,12 @@ TEST(DumpTool, JsonKeepsSignsTextsAndBlobs) {
   EXPECT_EQ(json["record"]["MajorID"], "gui \"1\"");
   EXPECT_EQ(json["record"]["MinorID"], -2);
 
+  // Bytes of a text that are not UTF-8 travel losslessly, as hex.
+  client.SetMajorID("ok\xFF\xFE");
+  const ToolRun raw = RunTool("--json eHal::EClientID", BytesOf(client));
+  EXPECT_EQ(raw.status, 0);
+  EXPECT_EQ(Json::parse(raw.out)["record"]["MajorID"], Json({{"hex", "6F6BFFFE"}}));
+
   const unsigned char bytes[] = {0x00, 0xAB};
   const ToolRun blob = RunTool("--json EBlob", BytesOf(EBlob(bytes, 2)));
   EXPECT_EQ(Json::parse(blob.out)["record"]["Bytes"], "00AB");
@@ -154,12 +160,71 @@ TEST(DumpTool, AnUnknownClassListsCloseNames) {
             "ehal-dump: unknown record class \"Nothing_like_it_at_all\"; see ehal-dump --list\n");
 }
 
-TEST(DumpTool, TruncatedInputIsAnInputError) {
+TEST(DumpTool, TruncatedInputIsAReadError) {
   const ToolRun run = RunTool("eHal::EPRBS", "288572248 1 0 3 0 4096 0 0 ");
-  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err,
-            "ehal-dump: input truncated: eHal::EPRBS needs more than the 27 bytes given\n");
+            "ehal-dump: input truncated: eHal::EPRBS needs more than the 27 bytes given (its last "
+            "read ran past the end)\n");
+}
+
+// A read that runs past the end and starts over from the first byte would print the first bytes
+// again as later fields: it is the same error, never a success.
+TEST(DumpTool, AReadThatStartsOverIsAReadError) {
+  const char kStartedOver[] = " (its reads ran past the end and started over)\n";
+  const ToolRun stats = RunTool("EARPStats", "405934865 2 ");
+  EXPECT_EQ(stats.status, 1);
+  EXPECT_EQ(stats.out, "");
+  EXPECT_EQ(
+      stats.err,
+      std::string("ehal-dump: input truncated: EARPStats needs more than the 12 bytes given") +
+          kStartedOver);
+  const ToolRun blob = RunTool("EBlob", "287454021 ");
+  EXPECT_EQ(blob.status, 1);
+  EXPECT_EQ(blob.err,
+            std::string("ehal-dump: input truncated: EBlob needs more than the 10 bytes given") +
+                kStartedOver);
+
+  eHal::EMessage message;
+  message.SetMessage(static_cast<eHal::EMessage::eMessageType>(1),
+                     BlobOf("288572248 1 0 3 0 4096 0 0 "));
+  const ToolRun payload =
+      RunTool("--envelope eHal::EMessage --payload eHal::EPRBS", BytesOf(message));
+  EXPECT_EQ(payload.status, 1);
+  EXPECT_EQ(payload.out, "");
+  EXPECT_EQ(payload.err,
+            "ehal-dump: input truncated: eHal::EPRBS needs more than the 27 bytes given (its last "
+            "read ran past the end)\n");
+}
+
+TEST(DumpTool, InputItCannotReadIsAnInputError) {
+  const ToolRun directory = RunTool("EBlob /");
+  EXPECT_EQ(directory.status, 2);
+  EXPECT_EQ(directory.out, "");
+  EXPECT_EQ(directory.err, "ehal-dump: cannot read \"/\": Is a directory\n");
+  const ToolRun memory = RunTool("EBlob /proc/self/mem");
+  EXPECT_EQ(memory.status, 2);
+  EXPECT_EQ(memory.err, "ehal-dump: cannot read \"/proc/self/mem\": Input/output error\n");
+  const ToolRun missing = RunTool("EBlob /no/such/file");
+  EXPECT_EQ(missing.status, 2);
+  EXPECT_EQ(missing.err, "ehal-dump: cannot read \"/no/such/file\": No such file or directory\n");
+  const ToolRun empty = RunTool("EBlob", "");
+  EXPECT_EQ(empty.status, 2);
+  EXPECT_EQ(empty.err, "ehal-dump: the input is empty\n");
+}
+
+TEST(DumpTool, ExtraOperandsAndUnprintableNamesAreInputErrors) {
+  const ToolRun list = RunTool("--list extra");
+  EXPECT_EQ(list.status, 2);
+  EXPECT_EQ(list.out, "");
+  EXPECT_EQ(list.err, "ehal-dump: unexpected operand \"extra\"\n");
+  const ToolRun third = RunTool("EBlob - extra", "287454021 2 ab");
+  EXPECT_EQ(third.status, 2);
+  EXPECT_EQ(third.err, "ehal-dump: unexpected operand \"extra\"\n");
+  const ToolRun escape = RunTool("\"$(printf 'E\\033[31mX')\"");
+  EXPECT_EQ(escape.status, 2);
+  EXPECT_EQ(escape.err, "ehal-dump: unknown record class \"E\\x1B[31mX\"; see ehal-dump --list\n");
 }
 
 TEST(DumpTool, BadHexIsAnInputError) {

@@ -2,13 +2,16 @@
 // as a named record class (or an envelope and its payload), says which classes a captured
 // signature could be, lists the registered classes and shows the library's typical exchange.
 // Input is raw archive bytes, or with --hex hex digits (the library's hex-dump form included),
-// from a file or standard input. Exit status: 0 done, 1 the library's report of a signature the
-// class does not accept, 2 a usage or input error (unknown class, bad hex, truncated input).
+// from a file or standard input, at most kInputLimit bytes. Exit status: 0 done, 1 bytes that do
+// not hold the record (the library's report of a signature the class does not accept, or a read
+// that ran past the end of the input), 2 a usage or input error (unknown class, unreadable or
+// empty input, bad hex).
 #include <CLI/CLI.hpp>
 
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
-#include <fstream>
+#include <cstring>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -30,6 +33,16 @@ struct InputError {
   std::string message;
 };
 
+// Bytes that do not hold the record they are read as: printed with the program's name, exit
+// status 1 (as the library's report of a refused signature).
+struct ReadError {
+  std::string message;
+};
+
+// The most input read: the library holds less than 4 GiB in one archive, and a stream without end
+// (a device, a pipe that never closes) must not take all memory first.
+constexpr std::size_t kInputLimit = std::size_t{1} << 30;
+
 struct Options {
   bool list = false;
   bool guess = false;
@@ -43,16 +56,34 @@ struct Options {
 
 // ---- Input ----
 
-std::string ReadAll(std::istream& in) {
-  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+// Closes a file opened for reading.
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// Every byte of `in`, at most kInputLimit; `name` says where they come from in a message.
+std::string ReadAll(std::FILE* in, const std::string& name) {
+  std::string bytes;
+  char chunk[1 << 16];
+  for (;;) {
+    const std::size_t count = std::fread(chunk, 1, sizeof chunk, in);
+    if (count > kInputLimit - bytes.size())
+      throw InputError{"cannot read " + name + ": more than " + std::to_string(kInputLimit) +
+                       " bytes (the input limit)"};
+    bytes.append(chunk, count);
+    if (count == sizeof chunk) continue;
+    if (std::ferror(in)) throw InputError{"cannot read " + name + ": " + std::strerror(errno)};
+    return bytes;
+  }
 }
 
 // The bytes of FILE, or of standard input when there is none (or it is "-").
 std::string ReadInput(const std::string& file) {
-  if (file.empty() || file == "-") return ReadAll(std::cin);
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw InputError{"cannot read \"" + file + "\""};
-  return ReadAll(in);
+  if (file.empty() || file == "-") return ReadAll(stdin, "standard input");
+  const std::string name = ERecordValue::Quoted(file);
+  const std::unique_ptr<std::FILE, FileCloser> in(std::fopen(file.c_str(), "rb"));
+  if (in == nullptr) throw InputError{"cannot read " + name + ": " + std::strerror(errno)};
+  return ReadAll(in.get(), name);
 }
 
 // A hex-dump line opens with an eight-digit offset and " :"; it is not part of the bytes.
@@ -85,16 +116,19 @@ std::string FromHex(const std::string& text) {
   return bytes;
 }
 
+// The input's bytes; an empty input is an input error, since no record is empty.
 std::string InputBytes(const Options& options, const std::string& file) {
   const std::string input = ReadInput(file);
-  return options.hex ? FromHex(input) : input;
+  std::string bytes = options.hex ? FromHex(input) : input;
+  if (bytes.empty()) throw InputError{"the input is empty"};
+  return bytes;
 }
 
 // ---- Decoding ----
 
 const ERecordClass& ClassNamed(const std::string& name) {
   if (const ERecordClass* recordClass = ERecordRegistry::Find(name)) return *recordClass;
-  std::string message = "unknown record class \"" + name + "\"";
+  std::string message = "unknown record class " + ERecordValue::Quoted(name);
   const std::vector<std::string> close = ERecordRegistry::CloseNames(name);
   if (close.empty()) throw InputError{message + "; see ehal-dump --list"};
   message += "; close names:";
@@ -106,7 +140,7 @@ const ERecordClass& ClassNamed(const std::string& name) {
 // One record decoded from the start of some bytes.
 struct Decoded {
   const ERecordClass* recordClass;
-  ERecordValue value;
+  std::unique_ptr<EAnyRecord> record;
   std::size_t consumed;
   std::size_t remaining;
 };
@@ -115,12 +149,14 @@ struct Decoded {
 // ERecordClass::Read). A signature the class does not accept ends the process with the library's
 // report; a read that ran past the bytes or started over from the first byte is truncated input.
 Decoded Decode(const ERecordClass& recordClass, const std::string& bytes) {
-  const ERecordRead read = recordClass.Read(bytes);
+  ERecordRead read = recordClass.Read(bytes);
   if (!read.Complete())
-    throw InputError{"input truncated: " + recordClass.name + " needs more than the " +
-                     std::to_string(bytes.size()) + " bytes given"};
-  return {&recordClass, ERecordValue::Of(*read.record), read.consumed,
-          bytes.size() - read.consumed};
+    throw ReadError{"input truncated: " + recordClass.name + " needs more than the " +
+                    std::to_string(bytes.size()) + " bytes given (" +
+                    (read.wrapped ? "its reads ran past the end and started over"
+                                  : "its last read ran past the end") +
+                    ")"};
+  return {&recordClass, std::move(read.record), read.consumed, bytes.size() - read.consumed};
 }
 
 std::string Hex(unsigned int number) {
@@ -129,34 +165,77 @@ std::string Hex(unsigned int number) {
   return text;
 }
 
+// Records print as they describe themselves, without a value tree in between, so that printing
+// takes little memory beside the record itself.
 void PrintText(const Decoded& decoded) {
-  std::cout << decoded.recordClass->name << "\n"
-            << decoded.value.ToText() << "-- " << decoded.consumed << " bytes consumed, "
-            << decoded.remaining << " remain\n";
+  std::cout << decoded.recordClass->name << "\n";
+  ERecordTextWriter writer(std::cout);
+  decoded.record->Describe(writer);
+  std::cout << "-- " << decoded.consumed << " bytes consumed, " << decoded.remaining << " remain\n";
 }
 
-Json JsonOf(const Decoded& decoded) {
-  return Json{{"class", decoded.recordClass->name},
-              {"record", eHal::tools::ToJson(decoded.value)},
-              {"consumed", decoded.consumed},
-              {"remaining", decoded.remaining}};
+// The JSON object of a decoded record at nesting level `depth`, without its closing brace, so
+// that members can follow.
+void PrintJsonMembers(const Decoded& decoded, unsigned int depth) {
+  const std::string indent(2 * (depth + 1), ' ');
+  std::cout << "{\n"
+            << indent << "\"class\": " << Json(decoded.recordClass->name).dump() << ",\n"
+            << indent << "\"record\": ";
+  eHal::tools::JsonWriter writer(std::cout, depth + 1);
+  decoded.record->Describe(writer);
+  std::cout << ",\n"
+            << indent << "\"consumed\": " << decoded.consumed << ",\n"
+            << indent << "\"remaining\": " << decoded.remaining;
+}
+
+void PrintJson(const Decoded& decoded) {
+  PrintJsonMembers(decoded, 0);
+  std::cout << "\n}\n";
 }
 
 void PrintJson(const Json& json) {
   std::cout << json.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
 }
 
+// Keeps the bytes of the outermost record's blob field of a given name.
+class FieldBytes : public ERecordVisitor {
+ public:
+  explicit FieldBytes(std::string name) : m_Name(std::move(name)) {}
+  // The field's bytes; null when the record has no such field.
+  const std::string* Found() const { return m_Found ? &m_Bytes : nullptr; }
+
+  void Number(const char*, ENumberWire, std::uint64_t) override {}
+  void Text(const char*, const std::string&) override {}
+  void Bytes(const char* name, const EBlob& value) override {
+    if (m_Depth != 1 || m_Name != name) return;
+    m_Found = true;
+    if (value.GetData() != nullptr)
+      m_Bytes.assign(reinterpret_cast<const char*>(value.GetData()), value.GetSize());
+  }
+  void BeginRecord(const char*) override { ++m_Depth; }
+  void EndRecord() override { --m_Depth; }
+  void BeginList(const char*, ECountWire, std::size_t) override { ++m_Depth; }
+  void EndList() override { --m_Depth; }
+
+ private:
+  std::string m_Name;
+  std::string m_Bytes;
+  bool m_Found = false;
+  unsigned int m_Depth = 0;
+};
+
 // An envelope and its payload (the field "Message") decoded as the payload class.
 void DumpEnvelope(const Options& options, const std::string& bytes) {
   const Decoded envelope = Decode(ClassNamed(options.envelope), bytes);
-  const ERecordValue* payload = envelope.value.Find("Message");
-  if (payload == nullptr || payload->kind != ERecordValue::Kind::kBytes)
-    throw InputError{options.envelope + " carries no payload"};
-  const Decoded inner = Decode(ClassNamed(options.payload), payload->bytes);
+  FieldBytes payload("Message");
+  envelope.record->Describe(payload);
+  if (payload.Found() == nullptr) throw InputError{options.envelope + " carries no payload"};
+  const Decoded inner = Decode(ClassNamed(options.payload), *payload.Found());
   if (options.json) {
-    Json json = JsonOf(envelope);
-    json["payload"] = JsonOf(inner);
-    PrintJson(json);
+    PrintJsonMembers(envelope, 0);
+    std::cout << ",\n  \"payload\": ";
+    PrintJsonMembers(inner, 1);
+    std::cout << "\n  }\n}\n";
     return;
   }
   PrintText(envelope);
@@ -239,6 +318,9 @@ std::string Operand(const Options& options, std::size_t index) {
 }
 
 void Run(const Options& options) {
+  const bool takesOperands = !options.list && !options.demo;
+  if (!takesOperands && !options.operands.empty())
+    throw InputError{"unexpected operand " + ERecordValue::Quoted(options.operands.front())};
   if (options.list) return List(options);
   if (options.demo) return Demo(options);
   if (options.guess || !options.envelope.empty()) {
@@ -247,9 +329,11 @@ void Run(const Options& options) {
     return options.guess ? Guess(options, bytes) : DumpEnvelope(options, bytes);
   }
   if (options.operands.empty()) throw InputError{"a record CLASS is needed; see --help"};
+  if (options.operands.size() > 2)
+    throw InputError{"unexpected operand " + ERecordValue::Quoted(options.operands[2])};
   const ERecordClass& recordClass = ClassNamed(options.operands[0]);
   const Decoded decoded = Decode(recordClass, InputBytes(options, Operand(options, 1)));
-  if (options.json) return PrintJson(JsonOf(decoded));
+  if (options.json) return PrintJson(decoded);
   PrintText(decoded);
 }
 
@@ -281,6 +365,10 @@ int main(int argc, char** argv) {
     std::cout.flush();
     std::cerr << "ehal-dump: " << error.message << "\n";
     return 2;
+  } catch (const ReadError& error) {
+    std::cout.flush();
+    std::cerr << "ehal-dump: " << error.message << "\n";
+    return 1;
   }
   return 0;
 }

@@ -600,13 +600,19 @@ struct From {
 // the fields from a named one on, or the names listed (a static array of the schema, which may
 // name kReadOnlyFields and kDropped).
 struct Layout {
+  // Which of the three a layout is. (Stated, rather than read off null pointers, because a
+  // pointer comparison is not a constant expression under every sanitizer.)
+  enum class Carries : unsigned char { kEvery, kFrom, kListed };
+
   constexpr Layout(unsigned int signature) : signature(signature) {}
-  constexpr Layout(unsigned int signature, From from) : signature(signature), from(from.field) {}
+  constexpr Layout(unsigned int signature, From from)
+      : signature(signature), carries(Carries::kFrom), from(from.field) {}
   template <std::size_t N>
   constexpr Layout(unsigned int signature, const char* const (&fields)[N])
-      : signature(signature), fields(fields), fieldCount(N) {}
+      : signature(signature), carries(Carries::kListed), fields(fields), fieldCount(N) {}
 
   unsigned int signature;
+  Carries carries = Carries::kEvery;
   const char* from = nullptr;
   const char* const* fields = nullptr;
   std::size_t fieldCount = 0;
@@ -711,8 +717,8 @@ template <typename Schema>
 constexpr ResolvedLayout Resolve(const Layout& layout) {
   ResolvedLayout resolved;
   resolved.signature = layout.signature;
-  if (layout.fields == nullptr) {
-    resolved.first = layout.from == nullptr ? 0 : PositionOf<Schema>(layout.from);
+  if (layout.carries != Layout::Carries::kListed) {
+    resolved.first = layout.carries == Layout::Carries::kFrom ? PositionOf<Schema>(layout.from) : 0;
     if (resolved.first >= kFieldCount<Schema>) LayoutFromNamesAReadOnlyField();
     for (std::size_t p = resolved.first; p < kFieldCount<Schema>; ++p)
       resolved.carried |= std::uint64_t{1} << p;
@@ -746,8 +752,7 @@ constexpr std::array<ResolvedLayout, kLayoutCount<Schema>> ResolveLayouts() {
   std::array<ResolvedLayout, kLayoutCount<Schema>> layouts{};
   for (std::size_t i = 0; i < layouts.size(); ++i) {
     const Layout& layout = Schema::kLayouts[i];
-    if (i == 0 && (layout.from != nullptr || layout.fields != nullptr))
-      FirstLayoutMustCarryEveryField();
+    if (i == 0 && layout.carries != Layout::Carries::kEvery) FirstLayoutMustCarryEveryField();
     for (std::size_t j = 0; j < i; ++j) {
       if (Schema::kLayouts[j].signature == layout.signature) SignatureRepeatedInLayouts();
     }

@@ -1,5 +1,8 @@
 #include "eRecordValue.h"
 
+#include <ostream>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
 #include "eArchive.h"
@@ -26,7 +29,7 @@ void WriteNumber(EArchive& archive, ENumberWire wire, std::uint64_t value) {
 }
 
 // A text in double quotes, with C escapes for quotes, backslashes and bytes that do not print.
-void AppendQuoted(std::string& text, const std::string& value) {
+void AppendQuoted(std::string& text, std::string_view value) {
   text.push_back('"');
   for (const char c : value) {
     const auto byte = static_cast<unsigned char>(c);
@@ -116,6 +119,12 @@ ERecordValue ERecordValue::OfType(const EValueType& type) {
   }
 }
 
+std::string ERecordValue::Quoted(std::string_view text) {
+  std::string quoted;
+  AppendQuoted(quoted, text);
+  return quoted;
+}
+
 bool ERecordValue::IsSigned() const {
   return wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
 }
@@ -163,51 +172,120 @@ void ERecordValue::Write(EArchive& archive) const {
 }
 
 std::string ERecordValue::ToText() const {
-  std::string text;
-  for (const ERecordValue& item : items)
-    item.AppendText(text, 0);
-  return text;
+  std::ostringstream text;
+  ERecordTextWriter writer(text);
+  Describe(writer);
+  return text.str();
 }
 
-void ERecordValue::AppendText(std::string& text, unsigned int indent) const {
-  text.append(indent, ' ');
-  if (!name.empty()) text += name + " = ";
-  if (kind != Kind::kRecord && kind != Kind::kList) {
-    AppendScalar(text);
-    text.push_back('\n');
-    return;
-  }
-  const bool isList = kind == Kind::kList;
-  if (isList && countWire == ECountWire::kFixed) text += "fixed ";
-  if (isList && countWire == ECountWire::kZeroEnded) text += "zero-ended ";
-  text.push_back(isList ? '[' : '{');
-  if (!items.empty()) {
-    text.push_back('\n');
-    for (const ERecordValue& item : items)
-      item.AppendText(text, indent + 2);
-    text.append(indent, ' ');
-  }
-  text += isList ? "]\n" : "}\n";
-}
-
-void ERecordValue::AppendScalar(std::string& text) const {
+void ERecordValue::Describe(ERecordVisitor& visitor) const {
   switch (kind) {
     case Kind::kNumber:
-      text += IsSigned() ? std::to_string(Signed()) : std::to_string(number);
-      if (name == "Signature") {
-        char hex[8];
-        text += " (0x";
-        text.append(hex, eHal::detail::WriteUpperHex(hex, static_cast<unsigned int>(number)));
-        text += ")";
-      }
-      return;
+      return visitor.Number(name.c_str(), wire, number);
     case Kind::kText:
-      AppendQuoted(text, bytes);
-      return;
-    default:
-      text += "<" + HexBytes() + ">";
-      return;
+      return visitor.Text(name.c_str(), bytes);
+    case Kind::kBytes:
+      return visitor.Bytes(name.c_str(),
+                           EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())));
+    case Kind::kRecord:
+      visitor.BeginRecord(name.c_str());
+      break;
+    case Kind::kList:
+      visitor.BeginList(name.c_str(), countWire, items.size());
+      break;
   }
+  for (const ERecordValue& item : items)
+    item.Describe(visitor);
+  if (kind == Kind::kRecord) {
+    visitor.EndRecord();
+  } else {
+    visitor.EndList();
+  }
+}
+
+ERecordTextWriter::ERecordTextWriter(std::ostream& out) : m_Out(out) {}
+
+void ERecordTextWriter::Number(const char* name, ENumberWire wire, std::uint64_t value) {
+  Start(name);
+  const bool isSigned = wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+  if (isSigned) {
+    m_Out << static_cast<std::int64_t>(value);
+  } else {
+    m_Out << value;
+  }
+  if (std::string_view(name) == "Signature") {
+    char hex[8];
+    m_Out << " (0x";
+    m_Out.write(hex, eHal::detail::WriteUpperHex(hex, static_cast<unsigned int>(value)) - hex);
+    m_Out << ")";
+  }
+  m_Out << '\n';
+}
+
+void ERecordTextWriter::Text(const char* name, const std::string& value) {
+  Start(name);
+  m_Out << ERecordValue::Quoted(value) << '\n';
+}
+
+void ERecordTextWriter::Bytes(const char* name, const EBlob& value) {
+  Start(name);
+  m_Out << '<';
+  const unsigned char* const data = value.GetData();
+  for (unsigned int i = 0; data != nullptr && i < value.GetSize(); ++i)
+    m_Out << eHal::detail::HexDigit(data[i] >> 4) << eHal::detail::HexDigit(data[i]);
+  m_Out << ">\n";
+}
+
+void ERecordTextWriter::BeginRecord(const char* name) {
+  Open(name, "{");
+}
+
+void ERecordTextWriter::EndRecord() {
+  Close('}');
+}
+
+void ERecordTextWriter::BeginList(const char* name, ECountWire countWire, std::size_t) {
+  const char* const opener = countWire == ECountWire::kFixed       ? "fixed ["
+                             : countWire == ECountWire::kZeroEnded ? "zero-ended ["
+                                                                   : "[";
+  Open(name, opener);
+}
+
+void ERecordTextWriter::EndList() {
+  Close(']');
+}
+
+void ERecordTextWriter::Start(const char* name) {
+  if (m_Open.empty()) return;
+  if (!m_Open.back()) {
+    if (m_Open.size() > 1) m_Out << '\n';
+    m_Open.back() = true;
+  }
+  Indent();
+  if (*name != '\0') m_Out << name << " = ";
+}
+
+void ERecordTextWriter::Open(const char* name, const char* opener) {
+  // The outermost record prints only its items.
+  if (!m_Open.empty()) {
+    Start(name);
+    m_Out << opener;
+  }
+  m_Open.push_back(false);
+}
+
+void ERecordTextWriter::Close(char closer) {
+  if (m_Open.empty()) return;
+  const bool hadItems = m_Open.back();
+  m_Open.pop_back();
+  if (m_Open.empty()) return;
+  if (hadItems) Indent();
+  m_Out << closer << '\n';
+}
+
+void ERecordTextWriter::Indent() {
+  for (std::size_t i = 1; i < m_Open.size(); ++i)
+    m_Out << "  ";
 }
 
 ERecordValueBuilder::ERecordValueBuilder() {

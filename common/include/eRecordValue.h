@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,10 +59,38 @@ class ERecordValue {
   // written (signed for the signed forms; a signature followed by its hex in parentheses), texts
   // quoted with C escapes, blobs upper-case hex in angle brackets.
   std::string ToText() const;
+  // A text as ToText prints one: in double quotes, with C escapes for quotes, backslashes and
+  // bytes that do not print (so that no control sequence reaches a terminal).
+  static std::string Quoted(std::string_view text);
+  // Hands the value to `visitor` as the record it describes would: a record's items between
+  // BeginRecord and EndRecord, a list's between BeginList and EndList.
+  void Describe(ERecordVisitor& visitor) const;
+};
+
+// Writes a description as ERecordValue::ToText prints it, as the visitor calls come: a record
+// prints field by field while it describes itself, with no value tree in between, so that a
+// record of any size prints in memory of its nesting depth.
+class ERecordTextWriter : public ERecordVisitor {
+ public:
+  explicit ERecordTextWriter(std::ostream& out);
+
+  void Number(const char* name, ENumberWire wire, std::uint64_t value) override;
+  void Text(const char* name, const std::string& value) override;
+  void Bytes(const char* name, const EBlob& value) override;
+  void BeginRecord(const char* name) override;
+  void EndRecord() override;
+  void BeginList(const char* name, ECountWire countWire, std::size_t count) override;
+  void EndList() override;
 
  private:
-  void AppendText(std::string& text, unsigned int indent) const;
-  void AppendScalar(std::string& text) const;
+  // Begins an item's line: ends its container's opening line first, indents, names it.
+  void Start(const char* name);
+  void Open(const char* name, const char* opener);
+  void Close(char closer);
+  void Indent();
+
+  std::ostream& m_Out;
+  std::vector<bool> m_Open;  // per open record or list, outermost first: whether it has items
 };
 
 // Builds the tree from a description (see ERecordVisitor).

@@ -331,3 +331,33 @@ def test_the_stubs_type_every_class_with_the_fields_it_decodes_to(class_name, si
     types, classes = stub_record_types()
     record = ehal.decode(class_name, (VECTORS / (base + ".bin")).read_bytes())
     assert list(record) == types[classes[class_name]]
+
+
+def test_a_class_name_with_a_nul_is_named_whole_in_the_key_error():
+    with pytest.raises(KeyError) as error:
+        ehal.decode("eHal::EPRBS\x00junk", b"1 ")
+    assert error.value.args[0] == \
+        'unknown record class "eHal::EPRBS\\x00junk"; close names: eHal::EPRBS'
+
+
+@pytest.mark.parametrize("arguments,field", [
+    ((b"x", 2**40), "eHal::EMessage.MessageType: 1099511627776"),
+    ((b"x", -1), "eHal::EMessage.MessageType: -1"),
+    ((b"x", 1, ("gui", 2**40)), "eHal::EMessage.ClientID.MinorID: 1099511627776"),
+    ((b"x", 1, ("gui", 1), -1), "eHal::EMessage.MessagePortId: -1"),
+])
+def test_envelope_refuses_numbers_out_of_range_as_encode_does(arguments, field):
+    with pytest.raises(ValueError, match=re.escape(field + " is out of range for the field")):
+        ehal.envelope(*arguments)
+    with pytest.raises(ValueError, match="a \\(major id, minor id\\) pair"):
+        ehal.envelope(b"x", 1, ("gui",))
+
+
+@pytest.mark.parametrize("class_name,data", [
+    ("EARPStats", b"405934865 2 "),
+    ("EBlob", b"287454021 "),
+    ("eHal::EPRBS", b"288572248 1 0 3 0 4096 0 0 "),
+])
+def test_bytes_that_end_before_the_record_are_a_value_error_as_in_the_tool(class_name, data):
+    with pytest.raises(ValueError, match="input truncated: " + re.escape(class_name)):
+        ehal.decode(class_name, data)

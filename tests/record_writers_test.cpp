@@ -1,0 +1,116 @@
+// The streaming writers of a description: the text writer prints exactly what ERecordValue::ToText
+// prints and the tool's JSON writer exactly what ToJson(...).dump(2) gives, for every golden
+// vector; and neither builds a value tree, so a large record prints in little memory.
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <sstream>
+#include <streambuf>
+#include <string>
+
+#include "allocation_watch.h"
+#include "ehal.h"
+#include "record_vectors.h"
+#ifdef EHAL_RECORD_JSON
+#include "eRecordJson.h"
+#endif
+
+namespace {
+
+// A stream that drops what it is given, so that only the writer's own allocations count.
+class NullBuffer : public std::streambuf {
+ protected:
+  int overflow(int c) override { return c; }
+  std::streamsize xsputn(const char*, std::streamsize count) override { return count; }
+};
+
+TEST(RecordWriters, TheTextWriterPrintsWhatToTextPrintsForEveryVector) {
+  int compared = 0;
+  for (const ERecordClass& recordClass : ERecordRegistry::Classes()) {
+    for (const RecordVector& vector : VectorsOf(recordClass)) {
+      const ERecordRead read = recordClass.Read(vector.bytes);
+      ASSERT_TRUE(read.Complete()) << recordClass.name;
+      std::ostringstream text;
+      ERecordTextWriter writer(text);
+      read.record->Describe(writer);
+      EXPECT_EQ(text.str(), ERecordValue::Of(*read.record).ToText()) << recordClass.name;
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 100);
+}
+
+TEST(RecordWriters, NestedEmptyRecordsAndListsCloseOnTheirLine) {
+  std::ostringstream text;
+  ERecordTextWriter writer(text);
+  writer.BeginRecord("");
+  writer.BeginRecord("Empty");
+  writer.EndRecord();
+  writer.BeginList("Fixed", ECountWire::kFixed, 1);
+  writer.Text("", "a\"b\x01");
+  writer.EndList();
+  writer.BeginList("Ended", ECountWire::kZeroEnded, 0);
+  writer.EndList();
+  writer.Number("Signature", ENumberWire::kSignedOutUnsignedIn, 0x11334358);
+  writer.Number("Minus", ENumberWire::kSigned32, static_cast<std::uint64_t>(std::int64_t{-2}));
+  writer.EndRecord();
+  EXPECT_EQ(text.str(),
+            "Empty = {}\n"
+            "Fixed = fixed [\n"
+            "  \"a\\\"b\\x01\"\n"
+            "]\n"
+            "Ended = zero-ended []\n"
+            "Signature = 288572248 (0x11334358)\n"
+            "Minus = -2\n");
+}
+
+// 100,000 one-byte strings: the record holds them; printing it allocates next to nothing, where
+// a value tree holds a node per item.
+TEST(RecordWriters, PrintingALargeRecordBuildsNoTree) {
+  EStringList list;
+  for (int i = 0; i < 100000; ++i)
+    list.Add("x");
+  NullBuffer nothing;
+  std::ostream out(&nothing);
+  AllocationWatch watch;
+  ERecordTextWriter writer(out);
+  list.Describe(writer);
+  watch.Stop();
+  EXPECT_LT(watch.PeakBytes(), 4096u);
+  EXPECT_LT(watch.Allocations(), 16u);
+
+  AllocationWatch tree;
+  const ERecordValue value = ERecordValue::Of(list);
+  tree.Stop();
+  EXPECT_GT(tree.PeakBytes(), 100000 * sizeof(ERecordValue));
+}
+
+#ifdef EHAL_RECORD_JSON
+TEST(RecordWriters, TheJsonWriterGivesToJsonsTextForEveryVector) {
+  int compared = 0;
+  for (const ERecordClass& recordClass : ERecordRegistry::Classes()) {
+    for (const RecordVector& vector : VectorsOf(recordClass)) {
+      const ERecordRead read = recordClass.Read(vector.bytes);
+      ASSERT_TRUE(read.Complete()) << recordClass.name;
+      std::ostringstream json;
+      eHal::tools::JsonWriter writer(json, 0);
+      read.record->Describe(writer);
+      EXPECT_EQ(json.str(), eHal::tools::ToJson(ERecordValue::Of(*read.record)).dump(2))
+          << recordClass.name;
+      ++compared;
+    }
+  }
+  EXPECT_GT(compared, 100);
+
+  eHal::EClientID client;
+  client.SetMajorID("ok\xFF");
+  std::ostringstream json;
+  eHal::tools::JsonWriter writer(json, 0);
+  client.Describe(writer);
+  EXPECT_EQ(json.str(),
+            "{\n  \"Signature\": 1167589410,\n  \"MajorID\": {\n    \"hex\": \"6F6BFF\"\n  },\n"
+            "  \"MinorID\": 0\n}");
+}
+#endif
+
+}  // namespace
