@@ -34,7 +34,7 @@ py::object DecodeRecord(const std::string& className, py::handle data, bool with
   const ERecordClass& recordClass = ClassNamed(className);
   const BytesArgument bytes(data, "data");
   const Decoded decoded = eHal::python::Decode(recordClass, bytes.View());
-  py::object record = ToPython(decoded.value);
+  py::object record = ToPython(*decoded.record);
   if (!withRest) return record;
   return py::make_tuple(record, decoded.consumed);
 }

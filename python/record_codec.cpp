@@ -128,11 +128,11 @@ const ERecordClass& ClassNamed(std::string_view name) {
 
 Decoded Decode(const ERecordClass& recordClass, std::string_view bytes) {
   std::size_t consumed = 0;
-  const std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, bytes, &consumed);
+  std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, bytes, &consumed);
   if (record == nullptr)
     throw BadInput("input truncated: " + recordClass.name + " needs more than the " +
                    std::to_string(bytes.size()) + " bytes given");
-  return {ERecordValue::Of(*record), consumed};
+  return {std::move(record), consumed};
 }
 
 const ERecordValue& FreshValue(const ERecordClass& recordClass) {

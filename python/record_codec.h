@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -56,9 +57,9 @@ std::string UnknownNameMessage(const std::string& what, std::string_view name,
 // The registered class of that name; UnknownName naming the close names when there is none.
 const ERecordClass& ClassNamed(std::string_view name);
 
-// One record read from the start of some bytes: its description and the bytes its reader took.
+// One record read from the start of some bytes, and the bytes its reader took.
 struct Decoded {
-  ERecordValue value;
+  std::unique_ptr<EAnyRecord> record;
   std::size_t consumed;
 };
 

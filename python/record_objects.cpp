@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "eBlob.h"
 #include "record_codec.h"
 
 namespace eHal::python {
@@ -180,27 +181,58 @@ py::object TextObject(const std::string& bytes) {
 
 }  // namespace
 
-py::object ToPython(const ERecordValue& value) {
-  switch (value.kind) {
-    case ERecordValue::Kind::kNumber:
-      return value.IsSigned() ? py::int_(value.Signed()) : py::int_(value.number);
-    case ERecordValue::Kind::kText:
-      return TextObject(value.bytes);
-    case ERecordValue::Kind::kBytes:
-      return py::bytes(value.bytes);
-    case ERecordValue::Kind::kList: {
-      py::list items(value.items.size());
-      for (std::size_t i = 0; i < value.items.size(); ++i)
-        items[i] = ToPython(value.items[i]);
-      return std::move(items);
-    }
-    case ERecordValue::Kind::kRecord:
-      break;
+namespace {
+
+// Builds the Python form of a description as the record describes itself: a record a dict of its
+// fields, a list a list, numbers int, texts str (undecodable bytes kept as surrogates), blobs
+// bytes; no value tree is built in between.
+class PythonBuilder : public ERecordVisitor {
+ public:
+  py::object Result() const { return m_Result; }
+
+  void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
+    const bool isSigned =
+        wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+    Add(name, isSigned ? py::int_(static_cast<std::int64_t>(value)) : py::int_(value));
   }
-  py::dict fields;
-  for (const ERecordValue& field : value.items)
-    fields[py::str(field.name)] = ToPython(field);
-  return std::move(fields);
+  void Text(const char* name, const std::string& value) override { Add(name, TextObject(value)); }
+  void Bytes(const char* name, const EBlob& value) override {
+    const char* const data = reinterpret_cast<const char*>(value.GetData());
+    Add(name, py::bytes(data == nullptr ? "" : data, data == nullptr ? 0 : value.GetSize()));
+  }
+  void BeginRecord(const char* name) override { Open(name, py::dict()); }
+  void EndRecord() override { m_Open.pop_back(); }
+  void BeginList(const char* name, ECountWire, std::size_t) override { Open(name, py::list()); }
+  void EndList() override { m_Open.pop_back(); }
+
+ private:
+  void Add(const char* name, py::object value) {
+    if (m_Open.empty()) {
+      m_Result = std::move(value);
+      return;
+    }
+    const py::object& parent = m_Open.back();
+    if (PyDict_Check(parent.ptr())) {
+      py::reinterpret_borrow<py::dict>(parent)[py::str(name)] = value;
+    } else {
+      py::reinterpret_borrow<py::list>(parent).append(value);
+    }
+  }
+  void Open(const char* name, py::object container) {
+    Add(name, container);
+    m_Open.push_back(std::move(container));
+  }
+
+  py::object m_Result = py::none();
+  std::vector<py::object> m_Open;  // the dicts and lists open, innermost last
+};
+
+}  // namespace
+
+py::object ToPython(const EAnyRecord& record) {
+  PythonBuilder builder;
+  record.Describe(builder);
+  return builder.Result();
 }
 
 void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {

@@ -16,8 +16,9 @@ namespace eHal::python {
 
 namespace py = pybind11;
 
-// The Python form of a description.
-py::object ToPython(const ERecordValue& value);
+// The Python form of a record's description, built as the record describes itself: a dict of
+// its fields (nested records dicts, lists lists), numbers int, texts str, blobs bytes.
+py::object ToPython(const EAnyRecord& record);
 
 // Replaces the values of `value`, the description of a record of `recordClass`, by those
 // `fields` gives; fields left out keep theirs. An unknown field raises KeyError naming the close

@@ -37,13 +37,14 @@ std::string ReadFile(const std::string& path) {
   return text.str();
 }
 
-// Runs `ehal-dump arguments` with `input` on standard input.
-ToolRun RunTool(const std::string& arguments, const std::string& input = "") {
+// Runs `ehal-dump arguments` with `input` on standard input, after the shell commands `before`.
+ToolRun RunTool(const std::string& arguments, const std::string& input = "",
+                const std::string& before = "") {
   const std::string in = Scratch("in");
   const std::string err = Scratch("err");
   WriteFile(in, input);
   const std::string command =
-      std::string("'") + EHAL_DUMP + "' " + arguments + " < '" + in + "' 2> '" + err + "'";
+      before + "'" + EHAL_DUMP + "' " + arguments + " < '" + in + "' 2> '" + err + "'";
   const ChildResult child = RunInChild([&] {
     execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
     _exit(127);
@@ -212,6 +213,23 @@ TEST(DumpTool, InputItCannotReadIsAnInputError) {
   const ToolRun empty = RunTool("EBlob", "");
   EXPECT_EQ(empty.status, 2);
   EXPECT_EQ(empty.err, "ehal-dump: the input is empty\n");
+}
+
+// A record larger than the memory the tool may take ends in a message, not in an abort. (Not
+// under AddressSanitizer, whose shadow memory needs more address space than the limit leaves.)
+TEST(DumpTool, ARecordBeyondTheMemoryIsAnInputError) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "a sanitizer build cannot run under an address-space limit";
+#else
+  std::string bytes = "286785536 3000000 ";
+  for (int i = 0; i < 3000000; ++i)
+    bytes += "1 x";
+  const std::string file = Scratch("large_list");
+  WriteFile(file, bytes);
+  const ToolRun run = RunTool("EStringList '" + file + "'", "", "ulimit -v 120000; ");
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "ehal-dump: not enough memory for the input and the record it holds\n");
+#endif
 }
 
 TEST(DumpTool, ExtraOperandsAndUnprintableNamesAreInputErrors) {

@@ -15,6 +15,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -369,6 +370,10 @@ int main(int argc, char** argv) {
     std::cout.flush();
     std::cerr << "ehal-dump: " << error.message << "\n";
     return 1;
+  } catch (const std::bad_alloc&) {
+    std::cout.flush();
+    std::cerr << "ehal-dump: not enough memory for the input and the record it holds\n";
+    return 2;
   }
   return 0;
 }
