@@ -191,14 +191,13 @@ class PythonBuilder : public ERecordVisitor {
   py::object Result() const { return m_Result; }
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
-    const bool isSigned =
-        wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+    const bool isSigned = IsSignedWire(wire);
     Add(name, isSigned ? py::int_(static_cast<std::int64_t>(value)) : py::int_(value));
   }
   void Text(const char* name, const std::string& value) override { Add(name, TextObject(value)); }
   void Bytes(const char* name, const EBlob& value) override {
-    const char* const data = reinterpret_cast<const char*>(value.GetData());
-    Add(name, py::bytes(data == nullptr ? "" : data, data == nullptr ? 0 : value.GetSize()));
+    const std::string_view bytes = value.GetView();
+    Add(name, py::bytes(bytes.data(), bytes.size()));
   }
   void BeginRecord(const char* name) override { Open(name, py::dict()); }
   void EndRecord() override { m_Open.pop_back(); }

@@ -171,7 +171,7 @@ class Printer : public ERecordVisitor {
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
     Item(name);
-    const bool isSigned = wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+    const bool isSigned = IsSignedWire(wire);
     text += isSigned ? std::to_string(static_cast<std::int64_t>(value)) : std::to_string(value);
   }
   void Text(const char* name, const std::string& value) override {

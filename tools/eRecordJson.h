@@ -42,21 +42,10 @@ inline bool IsUtf8(const std::string& text) {
   return true;
 }
 
-// Upper-case hex digits, two per byte.
-inline std::string Hex(const unsigned char* bytes, std::size_t count) {
-  static const char kDigits[] = "0123456789ABCDEF";
-  std::string hex;
-  for (std::size_t i = 0; i < count; ++i) {
-    hex.push_back(kDigits[bytes[i] >> 4]);
-    hex.push_back(kDigits[bytes[i] & 0xF]);
-  }
-  return hex;
-}
-
 // The JSON of a text: a string, or {"hex": ...} for bytes that are not UTF-8.
 inline Json TextJson(const std::string& text) {
   if (IsUtf8(text)) return Json(text);
-  return Json{{"hex", Hex(reinterpret_cast<const unsigned char*>(text.data()), text.size())}};
+  return Json{{"hex", ERecordValue::Hex(text)}};
 }
 
 inline Json ToJson(const ERecordValue& value) {
@@ -95,13 +84,12 @@ class JsonWriter : public ERecordVisitor {
   JsonWriter(std::ostream& out, unsigned int depth) : m_Out(out), m_Depth(depth) {}
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
-    const bool isSigned =
-        wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+    const bool isSigned = IsSignedWire(wire);
     Value(name, isSigned ? Json(static_cast<std::int64_t>(value)) : Json(value));
   }
   void Text(const char* name, const std::string& value) override { Value(name, TextJson(value)); }
   void Bytes(const char* name, const EBlob& value) override {
-    Value(name, Json(Hex(value.GetData(), value.GetData() == nullptr ? 0 : value.GetSize())));
+    Value(name, Json(ERecordValue::Hex(value.GetView())));
   }
   void BeginRecord(const char* name) override { Open(name, true); }
   void EndRecord() override { Close('}'); }

@@ -210,8 +210,7 @@ class FieldBytes : public ERecordVisitor {
   void Bytes(const char* name, const EBlob& value) override {
     if (m_Depth != 1 || m_Name != name) return;
     m_Found = true;
-    if (value.GetData() != nullptr)
-      m_Bytes.assign(reinterpret_cast<const char*>(value.GetData()), value.GetSize());
+    m_Bytes = value.GetView();
   }
   void BeginRecord(const char*) override { ++m_Depth; }
   void EndRecord() override { --m_Depth; }

@@ -169,32 +169,46 @@ const ERecordLayout* ERecordClass::FindLayout(unsigned int signature) const {
   return nullptr;
 }
 
+namespace {
+
+// A loading archive over a copy of the bytes, terminated as a receiver stores them; false for
+// bytes that an archive cannot hold with its terminator.
+bool Load(EArchive& archive, std::string_view bytes) {
+  if (bytes.size() >= 0xFFFFFFFFu) return false;
+  archive.SetMode(eModeLoading);
+  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
+  return true;
+}
+
+// True when the last read ended beyond the bytes.
+bool RanPastEnd(const EArchive& archive, std::string_view bytes) {
+  return archive.GetReadPosition() > bytes.size();
+}
+
+}  // namespace
+
 ERecordRead ERecordClass::Read(std::string_view bytes) const {
   ERecordRead read;
-  if (bytes.size() >= 0xFFFFFFFFu) {
+  EArchive archive;
+  if (!Load(archive, bytes)) {
     read.ranPastEnd = true;
     return read;
   }
-  EArchive archive;
-  archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
   read.record = Create();
   archive >> *read.record;
   // A read that ran past the data leaves the position beyond it (on the terminating zero or
   // further); one that started over from the beginning counted a wrap.
-  read.ranPastEnd = archive.GetReadPosition() > bytes.size();
+  read.ranPastEnd = RanPastEnd(archive, bytes);
   read.wrapped = archive.GetWrapCount() > 0;
   read.consumed = std::min<std::size_t>(archive.GetReadPosition(), bytes.size());
   return read;
 }
 
 std::optional<unsigned int> ERecordRegistry::FirstNumber(std::string_view bytes) {
-  if (bytes.size() >= 0xFFFFFFFFu) return std::nullopt;
   EArchive archive;
-  archive.SetMode(eModeLoading);
-  archive.SetFromEBlob(EBlob(bytes.data(), static_cast<unsigned int>(bytes.size())), true);
+  if (!Load(archive, bytes)) return std::nullopt;
   const unsigned int number = archive.ReadUnsignedInt();
-  if (archive.GetReadPosition() > bytes.size() || archive.GetWrapCount() > 0) return std::nullopt;
+  if (RanPastEnd(archive, bytes) || archive.GetWrapCount() > 0) return std::nullopt;
   return number;
 }
 

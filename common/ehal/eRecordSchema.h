@@ -141,7 +141,7 @@ template <ENumberWire W>
 struct NumberCodec {
   template <typename Member>
   static void Write(EArchive& archive, const Member& value) {
-    if constexpr (W == ENumberWire::kSigned32 || W == ENumberWire::kSignedOutUnsignedIn) {
+    if constexpr (IsSignedWire(W)) {
       archive.WriteSignedInt(static_cast<int>(value));
     } else if constexpr (W == ENumberWire::kUnsigned64) {
       archive.WriteUnsigned64Int(static_cast<unsigned long>(value));
@@ -165,7 +165,7 @@ struct NumberCodec {
 
   template <typename Member>
   static void Describe(ERecordVisitor& visitor, const char* name, const Member& value) {
-    if constexpr (W == ENumberWire::kSigned32 || W == ENumberWire::kSignedOutUnsignedIn) {
+    if constexpr (IsSignedWire(W)) {
       visitor.Number(name, W, static_cast<std::uint64_t>(std::int64_t{static_cast<int>(value)}));
     } else if constexpr (W == ENumberWire::kUnsigned64) {
       visitor.Number(name, W, static_cast<unsigned long>(value));
@@ -618,10 +618,16 @@ struct Layout {
   std::size_t fieldCount = 0;
 };
 
-template <typename Schema, typename = void>
-struct HasSignature : std::false_type {};
+// True when Op<T> is well formed: the test behind a schema's optional declarations.
+template <template <typename> class Op, typename T, typename = void>
+struct Detected : std::false_type {};
+template <template <typename> class Op, typename T>
+struct Detected<Op, T, std::void_t<Op<T>>> : std::true_type {};
+
+template <typename S>
+using LayoutsDeclared = decltype(S::kLayouts);
 template <typename Schema>
-struct HasSignature<Schema, std::void_t<decltype(Schema::kLayouts)>> : std::true_type {};
+using HasSignature = Detected<LayoutsDeclared, Schema>;
 
 template <typename Schema, typename = void>
 struct SignatureWireOf {
@@ -873,29 +879,28 @@ const ResolvedLayout& FindLayout(unsigned int signature) {
 }
 
 // The optional declarations of a schema (see the top of this file).
-template <typename Schema, typename = void>
-struct HasBeforeRead : std::false_type {};
+template <typename S>
+using BeforeReadOf = decltype(S::kBeforeRead);
+template <typename S>
+using AfterReadOf = decltype(S::kAfterRead);
+template <typename S>
+using OnSignatureOf = decltype(S::kOnSignature);
+template <typename S>
+using ReadBeforeCheckOf = decltype(S::kReadBeforeCheck);
 template <typename Schema>
-struct HasBeforeRead<Schema, std::void_t<decltype(Schema::kBeforeRead)>> : std::true_type {};
-template <typename Schema, typename = void>
-struct HasAfterRead : std::false_type {};
+constexpr bool kHasBeforeRead = Detected<BeforeReadOf, Schema>::value;
 template <typename Schema>
-struct HasAfterRead<Schema, std::void_t<decltype(Schema::kAfterRead)>> : std::true_type {};
-template <typename Schema, typename = void>
-struct HasOnSignature : std::false_type {};
+constexpr bool kHasAfterRead = Detected<AfterReadOf, Schema>::value;
 template <typename Schema>
-struct HasOnSignature<Schema, std::void_t<decltype(Schema::kOnSignature)>> : std::true_type {};
-template <typename Schema, typename = void>
-struct HasReadBeforeCheck : std::false_type {};
+constexpr bool kHasOnSignature = Detected<OnSignatureOf, Schema>::value;
 template <typename Schema>
-struct HasReadBeforeCheck<Schema, std::void_t<decltype(Schema::kReadBeforeCheck)>>
-    : std::true_type {};
+constexpr bool kHasReadBeforeCheck = Detected<ReadBeforeCheckOf, Schema>::value;
 
 // How many leading fields the reader takes before it checks the signature; every layout must
 // carry them first.
 template <typename Schema>
 constexpr std::size_t ReadBeforeCheckCount() {
-  if constexpr (HasReadBeforeCheck<Schema>::value) {
+  if constexpr (kHasReadBeforeCheck<Schema>) {
     const std::size_t count = PositionOf<Schema>(Schema::kReadBeforeCheck) + 1;
     for (const Layout& layout : Schema::kLayouts) {
       const ResolvedLayout resolved = Resolve<Schema>(layout);
@@ -916,9 +921,9 @@ constexpr std::size_t ReadBeforeCheckCount() {
 // them; returns that layout.
 template <typename Schema, typename Record>
 const ResolvedLayout& Read(EArchive& archive, Record& record) {
-  if constexpr (HasBeforeRead<Schema>::value) (record.*Schema::kBeforeRead)();
+  if constexpr (kHasBeforeRead<Schema>) (record.*Schema::kBeforeRead)();
   const unsigned int signature = archive.ReadUnsignedInt();
-  if constexpr (HasOnSignature<Schema>::value) {
+  if constexpr (kHasOnSignature<Schema>) {
     record.*(Schema::kOnSignature.member) = Schema::kOnSignature.value;
   }
   constexpr std::size_t early = ReadBeforeCheckCount<Schema>();
@@ -926,16 +931,16 @@ const ResolvedLayout& Read(EArchive& archive, Record& record) {
     ReadFieldAt<Schema>(archive, record, i);
   const ResolvedLayout& layout = FindLayout<Schema>(signature);
   ReadFields<Schema>(archive, record, layout, early);
-  if constexpr (HasAfterRead<Schema>::value) (record.*Schema::kAfterRead)();
+  if constexpr (kHasAfterRead<Schema>) (record.*Schema::kAfterRead)();
   return layout;
 }
 
 // Reads a record without a signature of its own.
 template <typename Schema, typename Record>
 void ReadWithoutSignature(EArchive& archive, Record& record) {
-  if constexpr (HasBeforeRead<Schema>::value) (record.*Schema::kBeforeRead)();
+  if constexpr (kHasBeforeRead<Schema>) (record.*Schema::kBeforeRead)();
   ForEachField<Schema>([&](const auto& field) { field.Read(archive, record); });
-  if constexpr (HasAfterRead<Schema>::value) (record.*Schema::kAfterRead)();
+  if constexpr (kHasAfterRead<Schema>) (record.*Schema::kAfterRead)();
 }
 
 // Reads a record in the way its schema says: with or without a signature.

@@ -126,10 +126,14 @@ std::string ERecordValue::Quoted(std::string_view text) {
 }
 
 bool ERecordValue::IsSigned() const {
-  return wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+  return IsSignedWire(wire);
 }
 
 std::string ERecordValue::HexBytes() const {
+  return Hex(bytes);
+}
+
+std::string ERecordValue::Hex(std::string_view bytes) {
   std::string hex;
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
@@ -207,8 +211,7 @@ ERecordTextWriter::ERecordTextWriter(std::ostream& out) : m_Out(out) {}
 
 void ERecordTextWriter::Number(const char* name, ENumberWire wire, std::uint64_t value) {
   Start(name);
-  const bool isSigned = wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
-  if (isSigned) {
+  if (IsSignedWire(wire)) {
     m_Out << static_cast<std::int64_t>(value);
   } else {
     m_Out << value;
@@ -229,11 +232,7 @@ void ERecordTextWriter::Text(const char* name, const std::string& value) {
 
 void ERecordTextWriter::Bytes(const char* name, const EBlob& value) {
   Start(name);
-  m_Out << '<';
-  const unsigned char* const data = value.GetData();
-  for (unsigned int i = 0; data != nullptr && i < value.GetSize(); ++i)
-    m_Out << eHal::detail::HexDigit(data[i] >> 4) << eHal::detail::HexDigit(data[i]);
-  m_Out << ">\n";
+  m_Out << '<' << ERecordValue::Hex(value.GetView()) << ">\n";
 }
 
 void ERecordTextWriter::BeginRecord(const char* name) {
@@ -314,8 +313,7 @@ void ERecordValueBuilder::Text(const char* name, const std::string& value) {
 }
 
 void ERecordValueBuilder::Bytes(const char* name, const EBlob& value) {
-  const auto* data = reinterpret_cast<const char*>(value.GetData());
-  Add(ERecordValue::Kind::kBytes, name).bytes.assign(data, data == nullptr ? 0 : value.GetSize());
+  Add(ERecordValue::Kind::kBytes, name).bytes = value.GetView();
 }
 
 void ERecordValueBuilder::BeginRecord(const char* name) {

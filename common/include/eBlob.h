@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "eRecord.h"
@@ -120,6 +121,11 @@ class EBlob {
   const unsigned char* GetData() const { return m_Data; }
   unsigned int GetSize() const { return m_Size; }
   unsigned int GetCapacity() const { return m_Capacity; }
+  // The valid bytes as a view; empty when nothing is allocated.
+  std::string_view GetView() const {
+    if (m_Data == nullptr) return {};
+    return std::string_view(reinterpret_cast<const char*>(m_Data), m_Size);
+  }
   // Bytes usable without a new allocation: the capacity, or 0 when nothing is allocated.
   unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }
 

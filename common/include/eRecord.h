@@ -25,6 +25,11 @@ enum class ENumberWire : unsigned char {
   kBool,                 // 1 or 0; the reader takes any non-zero 32-bit value as true
 };
 
+// True for the forms written as signed text, whose values a description carries sign-extended.
+constexpr bool IsSignedWire(ENumberWire wire) {
+  return wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
+}
+
 // How a list says how many items it holds.
 enum class ECountWire : unsigned char {
   kUnsigned64,  // a count written as unsigned 64-bit text, read back as unsigned 32-bit

@@ -62,6 +62,8 @@ class ERecordValue {
   // A text as ToText prints one: in double quotes, with C escapes for quotes, backslashes and
   // bytes that do not print (so that no control sequence reaches a terminal).
   static std::string Quoted(std::string_view text);
+  // Bytes as upper-case hex digits, two per byte.
+  static std::string Hex(std::string_view bytes);
   // Hands the value to `visitor` as the record it describes would: a record's items between
   // BeginRecord and EndRecord, a list's between BeginList and EndList.
   void Describe(ERecordVisitor& visitor) const;
