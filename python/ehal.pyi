@@ -9,6 +9,11 @@ BytesLike = Union[bytes, bytearray, memoryview]
 
 # @RECORD_TYPES@
 
+class NamedValue(int):
+    """A number whose value the record names: an int, with the name its text form prints."""
+    name: str
+    def __new__(cls, value: int, name: str) -> NamedValue: ...
+
 class SerializeError(RuntimeError):
     """A record refused its bytes; str() is the library's report text."""
 

@@ -119,12 +119,14 @@ PYBIND11_MODULE(ehal, module) {
       "Every record class of the library's registry is reachable by its name (see classes()).\n"
       "A record is a dict of its fields in archive order, signature included; nested records\n"
       "are dicts, lists are lists, texts str (undecodable bytes kept as surrogates) and blobs\n"
-      "bytes. Errors: KeyError for an unknown class or field (naming the close names),\n"
-      "TypeError for a value of the wrong type, ValueError for a number out of its field's\n"
-      "range or bytes that end before the record does, SerializeError for bytes the record\n"
-      "refuses.";
+      "bytes. A number whose value the record names (a request type, a return code) is an\n"
+      "ehal.NamedValue: an int with the name in `.name`.\n\n"
+      "Errors: KeyError for an unknown class or field (naming the close names), TypeError for\n"
+      "a value of the wrong type, ValueError for a number out of its field's range or bytes\n"
+      "that end before the record does, SerializeError for bytes the record refuses.";
   InstallSerializeErrorHandler();
   RegisterExceptions(module);
+  DefineNamedValue(module);
 
   module.def("classes", &Classes,
              "Every registered record class, by name, with the signatures it accepts, newest\n"

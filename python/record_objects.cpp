@@ -1,5 +1,7 @@
 #include "record_objects.h"
 
+#include <pybind11/eval.h>
+
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -187,12 +189,19 @@ namespace {
 // fields, a list a list, numbers int, texts str (undecodable bytes kept as surrogates), blobs
 // bytes; no value tree is built in between.
 class PythonBuilder : public ERecordVisitor {
+  static py::int_ IntOf(ENumberWire wire, std::uint64_t value) {
+    return IsSignedWire(wire) ? py::int_(static_cast<std::int64_t>(value)) : py::int_(value);
+  }
+
  public:
   py::object Result() const { return m_Result; }
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
-    const bool isSigned = IsSignedWire(wire);
-    Add(name, isSigned ? py::int_(static_cast<std::int64_t>(value)) : py::int_(value));
+    Add(name, IntOf(wire, value));
+  }
+  void NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
+                   const char* valueName) override {
+    Add(name, NamedValueType()(IntOf(wire, value), py::str(valueName)));
   }
   void Text(const char* name, const std::string& value) override { Add(name, TextObject(value)); }
   void Bytes(const char* name, const EBlob& value) override {
@@ -227,6 +236,40 @@ class PythonBuilder : public ERecordVisitor {
 };
 
 }  // namespace
+
+namespace {
+py::object gNamedValueType;
+}  // namespace
+
+const py::object& NamedValueType() {
+  return gNamedValueType;
+}
+
+void DefineNamedValue(py::module_& module) {
+  py::dict scope;
+  scope["__name__"] = module.attr("__name__");
+  py::exec(R"py(
+class NamedValue(int):
+    """A number whose value the record names: an int, and `name`, the text its record's text
+    form prints (a request type, a return code). Equal to, hashed and written as the int."""
+
+    def __new__(cls, value, name):
+        number = int.__new__(cls, value)
+        number.name = name
+        return number
+
+    def __repr__(self):
+        return "NamedValue(%d, %r)" % (int(self), self.name)
+
+    __str__ = int.__repr__
+
+    def __getnewargs__(self):
+        return (int(self), self.name)
+)py",
+           scope);
+  gNamedValueType = scope["NamedValue"];
+  module.attr("NamedValue") = gNamedValueType;
+}
 
 py::object ToPython(const EAnyRecord& record) {
   PythonBuilder builder;

@@ -16,8 +16,14 @@ namespace eHal::python {
 
 namespace py = pybind11;
 
+// Defines ehal.NamedValue, the int a description gives for a number the record names, in
+// `module`; NamedValueType() is that class afterwards.
+void DefineNamedValue(py::module_& module);
+const py::object& NamedValueType();
+
 // The Python form of a record's description, built as the record describes itself: a dict of
-// its fields (nested records dicts, lists lists), numbers int, texts str, blobs bytes.
+// its fields (nested records dicts, lists lists), numbers int (NamedValue where the record names
+// the value), texts str, blobs bytes.
 py::object ToPython(const EAnyRecord& record);
 
 // Replaces the values of `value`, the description of a record of `recordClass`, by those

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "archive_text.h"
 #include "ehal.h"
@@ -198,3 +200,74 @@ TEST(RecordDescription, TheDecodeStepSaysHowFarTheReadsWent) {
 }
 
 }  // namespace
+
+namespace {
+
+template <typename Record>
+Record Fresh() {
+  if constexpr (std::is_constructible_v<Record>) {
+    return Record();
+  } else {
+    return Record(false);
+  }
+}
+
+// For every value a field's table names, and the first one beyond it: the record's own text
+// (`text`) and its description give the same name, and the static description states the table.
+template <typename Record, typename Code, typename Text>
+void ExpectOneNameTable(const char* field, void (Record::*set)(Code), Text text) {
+  SCOPED_TRACE(field);
+  const EFieldDescription* const described = Record::Description().FindField(field);
+  ASSERT_NE(described, nullptr);
+  const std::vector<std::string>& names = described->valueNames;
+  ASSERT_FALSE(names.empty());
+  for (unsigned int value = 0; value <= names.size(); ++value) {
+    Record record = Fresh<Record>();
+    (record.*set)(static_cast<Code>(value));
+    const bool named = value < names.size();
+    EXPECT_EQ(text(record), named ? names[value] : std::string("Unknown")) << value;
+    EXPECT_EQ(ERecordValue::Of(record).Find(field)->valueName, named ? names[value] : "") << value;
+  }
+}
+
+}  // namespace
+
+TEST(RecordDescription, NamedValuesAreTheTablesTheTextFormsPrint) {
+  ExpectOneNameTable("RequestType", &eHal::EPRBS::SetRequestType,
+                     [](const eHal::EPRBS& r) { return std::string(r.RequestTypeToString()); });
+  ExpectOneNameTable("ReturnCode", &eHal::EPRBS::SetReturnCode,
+                     [](const eHal::EPRBS& r) { return std::string(r.ReturnCodeToString()); });
+  ExpectOneNameTable("RequestType", &eHal::EMacSec::SetRequestType,
+                     [](const eHal::EMacSec& r) { return std::string(r.RequestTypeToString()); });
+  ExpectOneNameTable("TableId", &eHal::EMacSec::SetTableId,
+                     [](const eHal::EMacSec& r) { return std::string(r.TableIdToString()); });
+  ExpectOneNameTable(
+      "RequestType", &eHal::EEthernetOAMConfig::SetRequestType,
+      [](const eHal::EEthernetOAMConfig& r) { return std::string(r.RequestTypeToString()); });
+  ExpectOneNameTable(
+      "ReturnCode", &eHal::EConditionalStatConfig::SetReturnCode,
+      [](const eHal::EConditionalStatConfig& r) { return std::string(r.ReturnCodeToString()); });
+}
+
+TEST(RecordDescription, NamedValuesPrintBesideTheirNumbers) {
+  const std::vector<std::string> expected = {"Initial",
+                                             "kPRBSConfigure",
+                                             "kPRBSUnConfigure",
+                                             "kPRBSStartCapture",
+                                             "kPRBSStopCapture",
+                                             "kPRBSResetCapture",
+                                             "kPRBSGetCountPacketsFromStart",
+                                             "kPRBSGetAllPackets",
+                                             "kPRBSGetPacketCount"};
+  EXPECT_EQ(eHal::EPRBS::Description().FindField("RequestType")->valueNames, expected);
+  EXPECT_TRUE(eHal::EPRBS::Description().FindField("BufferSize")->valueNames.empty());
+
+  eHal::EMacSec record;
+  record.SetTableId(eHal::EMacSec::kTableRx);
+  const std::string text = ERecordValue::Of(record).ToText();
+  EXPECT_NE(text.find("\nTableId = 2 (kTableRx)\n"), std::string::npos) << text;
+  // A value beyond the table prints as the number alone.
+  record.SetTableId(static_cast<eHal::EMacSec::eTableId>(-1));
+  const std::string beyond = ERecordValue::Of(record).ToText();
+  EXPECT_NE(beyond.find("\nTableId = -1\n"), std::string::npos) << beyond;
+}

@@ -16,6 +16,12 @@ using detail::Layout;
 using detail::SameFields;
 using detail::WriteHead;
 
+// The names of the values of the request and reply codes, as the text forms print them.
+namespace {
+const char* const kRequestTypeTexts[] = {"Invalid", "Configure", "UnConfigure"};
+const char* const kReturnCodeTexts[] = {"Success", "Fail"};
+}  // namespace
+
 // Each newer layout put its added fields in front of the older one. The request type and the
 // return code are written signed.
 struct EConditionalStatConfig::Schema {
@@ -24,8 +30,8 @@ struct EConditionalStatConfig::Schema {
       Field("PortId", &C::m_PortId), Field("LatencyType", &C::m_LatencyType),
       Field("NumberOfBins", &C::m_NumberOfBins), Field("Base64Xml", &C::m_Base64Xml),
       Field("LatencyMode", &C::m_LatencyMode),
-      Field("RequestType", &C::m_RequestType, kSignedOutUnsignedIn),
-      Field("ReturnCode", &C::m_ReturnCode, kSignedOutUnsignedIn),
+      Field("RequestType", &C::m_RequestType, kSignedOutUnsignedIn).Named(kRequestTypeTexts),
+      Field("ReturnCode", &C::m_ReturnCode, kSignedOutUnsignedIn).Named(kReturnCodeTexts),
       Field("FromPGID", &C::m_FromPGID), Field("ToPGID", &C::m_ToPGID),
       Field("FromStreamID", &C::m_FromStreamID), Field("ToStreamID", &C::m_ToStreamID),
       Field("PGIDConfigEnable", &C::m_PGIDConfigEnable),
@@ -46,8 +52,6 @@ struct EConditionalStatConfig::Schema {
 };
 
 namespace {
-const char* const kRequestTypeTexts[] = {"Invalid", "Configure", "UnConfigure"};
-const char* const kReturnCodeTexts[] = {"Success", "Fail"};
 
 const char* BoolText(bool value) {
   return value ? "TRUE" : "FALSE";

@@ -15,12 +15,19 @@ using detail::Layout;
 using detail::SameFields;
 using detail::WriteHead;
 
+// The names of the values of the request and reply codes, as the text forms print them.
+namespace {
+const char* const kRequestTypeTexts[] = {"Initial", "Configure", "UnConfigure", "EnableLoopback",
+                                         "DisableLoopback"};
+const char* const kReturnCodeTexts[] = {"Success", "Fail"};
+}  // namespace
+
 struct EEthernetOAMConfig::Schema {
   using C = EEthernetOAMConfig;
   static constexpr auto kFields = std::make_tuple(
-      Field("RequestType", &C::m_RequestType), Field("ReturnCode", &C::m_ReturnCode),
-      Field("SrcMac", &C::m_SrcMac), Field("OAMCapability", &C::m_OAMCapability),
-      Field("MaxPDUSize", &C::m_MaxPDUSize),
+      Field("RequestType", &C::m_RequestType).Named(kRequestTypeTexts),
+      Field("ReturnCode", &C::m_ReturnCode).Named(kReturnCodeTexts), Field("SrcMac", &C::m_SrcMac),
+      Field("OAMCapability", &C::m_OAMCapability), Field("MaxPDUSize", &C::m_MaxPDUSize),
       Field("OrgUniqueIdentifier", &C::m_OrgUniqueIdentifier),
       Field("VendorSpecificInfo", &C::m_VendorSpecificInfo),
       Field("MaxIdleTimer", &C::m_MaxIdleTimer), Field("CustomTLV", &C::m_CustomTLV));
@@ -28,12 +35,6 @@ struct EEthernetOAMConfig::Schema {
   static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eEthernetOAMConfig", 147,
                                               "eHal::EEthernetOAMConfig::SerializeIn"};
 };
-
-namespace {
-const char* const kRequestTypeTexts[] = {"Initial", "Configure", "UnConfigure", "EnableLoopback",
-                                         "DisableLoopback"};
-const char* const kReturnCodeTexts[] = {"Success", "Fail"};
-}  // namespace
 
 void EEthernetOAMConfig::Swap(EEthernetOAMConfig& other) {
   std::swap(*this, other);

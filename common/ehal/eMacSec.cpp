@@ -25,13 +25,21 @@ struct EMacSec::ESecureAssociation::Schema {
                                                   Field("SAK", &ESecureAssociation::m_SAK));
 };
 
+// The names of the values of the request and reply codes, as the text forms print them.
+namespace {
+const char* const kRequestTypeTexts[] = {"kMacSecInvalid", "kMacSecGetTable", "kMacSecSetTable"};
+const char* const kReturnCodeTexts[] = {"kSuccess", "kFail"};
+const char* const kTableIdTexts[] = {"kTableInvalid", "kTableTx", "kTableRx"};
+}  // namespace
+
 // The newer layout put the offset in front of the older one. The table id is written signed.
 struct EMacSec::Schema {
   static constexpr auto kFields = std::make_tuple(
-      Field("ConfOff", &EMacSec::m_ConfOff), Field("RequestType", &EMacSec::m_RequestType),
-      Field("ReturnCode", &EMacSec::m_ReturnCode),
+      Field("ConfOff", &EMacSec::m_ConfOff),
+      Field("RequestType", &EMacSec::m_RequestType).Named(kRequestTypeTexts),
+      Field("ReturnCode", &EMacSec::m_ReturnCode).Named(kReturnCodeTexts),
       Field("ClientMessageId", &EMacSec::m_ClientMessageId),
-      Field("TableId", &EMacSec::m_TableId, kSignedOutUnsignedIn),
+      Field("TableId", &EMacSec::m_TableId, kSignedOutUnsignedIn).Named(kTableIdTexts),
       Field("SATable", &EMacSec::m_SATable));
   static constexpr Layout kLayouts[] = {
       {0x13758242},                       // the offset, then the older layout
@@ -46,9 +54,6 @@ constexpr unsigned int kSCISize = 8;
 constexpr unsigned int kSAKSize = 16;
 constexpr unsigned char kHighestAN = 3;
 
-const char* const kRequestTypeTexts[] = {"kMacSecInvalid", "kMacSecGetTable", "kMacSecSetTable"};
-const char* const kReturnCodeTexts[] = {"kSuccess", "kFail"};
-const char* const kTableIdTexts[] = {"kTableInvalid", "kTableTx", "kTableRx"};
 }  // namespace
 
 bool EMacSec::ESecureAssociation::IsValid() const {

@@ -16,22 +16,7 @@ using detail::Layout;
 using detail::SameFields;
 using detail::WriteHead;
 
-// Each newer layout put one id in front of the older one.
-struct EPRBS::Schema {
-  static constexpr auto kFields = std::make_tuple(
-      Field("ClientMessageId", &EPRBS::m_ClientMessageId), Field("ExtraId", &EPRBS::m_ExtraId),
-      Field("RequestType", &EPRBS::m_RequestType), Field("ReturnCode", &EPRBS::m_ReturnCode),
-      Field("BufferSize", &EPRBS::m_BufferSize), Field("PacketCount", &EPRBS::m_PacketCount),
-      Field("Start", &EPRBS::m_Start), Field("Packets", &EPRBS::m_Packets));
-  static constexpr Layout kLayouts[] = {
-      {0x11334358},
-      {0x11334357, From("ExtraId")},      // no client message id
-      {0x11334356, From("RequestType")},  // no client message id, no extra id
-  };
-  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/ePRBS", 160,
-                                              "eHal::EPRBS::SerializeIn"};
-};
-
+// The names of the values of the request and reply codes, as the text forms print them.
 namespace {
 const char* const kRequestTypeTexts[] = {"Initial",
                                          "kPRBSConfigure",
@@ -45,6 +30,23 @@ const char* const kRequestTypeTexts[] = {"Initial",
 const char* const kReturnCodeTexts[] = {"kSuccess", "kFail", "kNotOwner", "kNotPrbsMode",
                                         "kInvalidArgs"};
 }  // namespace
+
+// Each newer layout put one id in front of the older one.
+struct EPRBS::Schema {
+  static constexpr auto kFields = std::make_tuple(
+      Field("ClientMessageId", &EPRBS::m_ClientMessageId), Field("ExtraId", &EPRBS::m_ExtraId),
+      Field("RequestType", &EPRBS::m_RequestType).Named(kRequestTypeTexts),
+      Field("ReturnCode", &EPRBS::m_ReturnCode).Named(kReturnCodeTexts),
+      Field("BufferSize", &EPRBS::m_BufferSize), Field("PacketCount", &EPRBS::m_PacketCount),
+      Field("Start", &EPRBS::m_Start), Field("Packets", &EPRBS::m_Packets));
+  static constexpr Layout kLayouts[] = {
+      {0x11334358},
+      {0x11334357, From("ExtraId")},      // no client message id
+      {0x11334356, From("RequestType")},  // no client message id, no extra id
+  };
+  static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/ePRBS", 160,
+                                              "eHal::EPRBS::SerializeIn"};
+};
 
 EPRBS::EPRBS(bool direction) {
   Empty();

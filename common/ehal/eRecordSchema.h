@@ -139,6 +139,8 @@ EValueType TypeOf() {
 
 template <ENumberWire W>
 struct NumberCodec {
+  static constexpr ENumberWire kWire = W;
+
   template <typename Member>
   static void Write(EArchive& archive, const Member& value) {
     if constexpr (IsSignedWire(W)) {
@@ -165,12 +167,19 @@ struct NumberCodec {
 
   template <typename Member>
   static void Describe(ERecordVisitor& visitor, const char* name, const Member& value) {
+    visitor.Number(name, W, Described(value));
+  }
+
+  // The value as a description carries it: sign-extended to 64 bits for the signed forms,
+  // narrowed to what the form keeps for the others.
+  template <typename Member>
+  static std::uint64_t Described(const Member& value) {
     if constexpr (IsSignedWire(W)) {
-      visitor.Number(name, W, static_cast<std::uint64_t>(std::int64_t{static_cast<int>(value)}));
+      return static_cast<std::uint64_t>(std::int64_t{static_cast<int>(value)});
     } else if constexpr (W == ENumberWire::kUnsigned64) {
-      visitor.Number(name, W, static_cast<unsigned long>(value));
+      return static_cast<unsigned long>(value);
     } else {
-      visitor.Number(name, W, Narrow(static_cast<unsigned int>(value)));
+      return Narrow(static_cast<unsigned int>(value));
     }
   }
 
@@ -480,12 +489,26 @@ bool SameValue(const T (&left)[N], const T (&right)[N]) {
 
 template <typename Field, typename Member>
 struct AbsentOr;
+template <typename Field>
+struct NamedOf;
+
+// The names of a number field's values: the text of value v is `texts[v]`, for v below `count`.
+struct ValueNames {
+  const char* const* texts = nullptr;
+  std::size_t count = 0;
+
+  // The name of `value`, or null for a value the table does not name.
+  constexpr const char* Find(std::uint64_t value) const {
+    return value < count ? texts[value] : nullptr;
+  }
+};
 
 // One field: its name as a user prints it, the member it lives in and how it travels. A counter
 // field takes part in the sums of the statistics records.
 template <typename Record, typename Member, typename Codec, bool IsCounter = false>
 struct FieldOf {
   static_assert(kIsReadOnlyCodec<Codec, Member>, "a field's codec reads the member's type");
+  using CodecType = Codec;
   static constexpr bool kCounter = IsCounter;
   static constexpr bool kHasAbsentValue = false;
 
@@ -507,6 +530,29 @@ struct FieldOf {
 
   // The same field, taking `value` from a layout that does not carry it.
   constexpr AbsentOr<FieldOf, Member> OrWhenAbsent(Member value) const { return {*this, value}; }
+  // The same number field, its values named by `texts` (indexed from 0): the one table the
+  // record's text form prints and its description states.
+  template <std::size_t N>
+  constexpr NamedOf<FieldOf> Named(const char* const (&texts)[N]) const {
+    return {*this, ValueNames{texts, N}};
+  }
+};
+
+// A number field whose values have names; a description hands the name beside the number.
+template <typename Field>
+struct NamedOf : Field {
+  constexpr NamedOf(Field field, ValueNames names) : Field(field), names(names) {}
+
+  template <typename Record>
+  void Describe(ERecordVisitor& visitor, const Record& record) const {
+    using Codec = typename Field::CodecType;
+    const std::uint64_t value = Codec::Described(record.*(this->member));
+    const char* const valueName = names.Find(value);
+    if (valueName == nullptr) return visitor.Number(this->name, Codec::kWire, value);
+    visitor.NamedNumber(this->name, Codec::kWire, value, valueName);
+  }
+
+  ValueNames names;
 };
 
 // A field that takes a given value from a layout that does not carry it.
@@ -999,11 +1045,19 @@ std::vector<ERecordLayout> LayoutsOf() {
   return layouts;
 }
 
+template <typename Field>
+using NamesOp = decltype(std::declval<const Field&>().names);
+
 template <typename Fields>
 std::vector<EFieldDescription> FieldDescriptions(const Fields& fields) {
   std::vector<EFieldDescription> described;
   ForEachIn(fields, [&](const auto& field) {
-    described.push_back({field.name, std::decay_t<decltype(field)>::Type()});
+    EFieldDescription& added = described.emplace_back();
+    added.name = field.name;
+    added.type = std::decay_t<decltype(field)>::Type();
+    if constexpr (Detected<NamesOp, std::decay_t<decltype(field)>>::value) {
+      added.valueNames.assign(field.names.texts, field.names.texts + field.names.count);
+    }
   });
   return described;
 }

@@ -185,6 +185,8 @@ std::string ERecordValue::ToText() const {
 void ERecordValue::Describe(ERecordVisitor& visitor) const {
   switch (kind) {
     case Kind::kNumber:
+      if (!valueName.empty())
+        return visitor.NamedNumber(name.c_str(), wire, number, valueName.c_str());
       return visitor.Number(name.c_str(), wire, number);
     case Kind::kText:
       return visitor.Text(name.c_str(), bytes);
@@ -210,6 +212,11 @@ void ERecordValue::Describe(ERecordVisitor& visitor) const {
 ERecordTextWriter::ERecordTextWriter(std::ostream& out) : m_Out(out) {}
 
 void ERecordTextWriter::Number(const char* name, ENumberWire wire, std::uint64_t value) {
+  NamedNumber(name, wire, value, nullptr);
+}
+
+void ERecordTextWriter::NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
+                                    const char* valueName) {
   Start(name);
   if (IsSignedWire(wire)) {
     m_Out << static_cast<std::int64_t>(value);
@@ -222,6 +229,7 @@ void ERecordTextWriter::Number(const char* name, ENumberWire wire, std::uint64_t
     m_Out.write(hex, eHal::detail::WriteUpperHex(hex, static_cast<unsigned int>(value)) - hex);
     m_Out << ")";
   }
+  if (valueName != nullptr) m_Out << " (" << valueName << ')';
   m_Out << '\n';
 }
 
@@ -306,6 +314,12 @@ void ERecordValueBuilder::Number(const char* name, ENumberWire wire, std::uint64
   ERecordValue& number = Add(ERecordValue::Kind::kNumber, name);
   number.wire = wire;
   number.number = value;
+}
+
+void ERecordValueBuilder::NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
+                                      const char* valueName) {
+  Number(name, wire, value);
+  m_Open.back()->items.back().valueName = valueName;
 }
 
 void ERecordValueBuilder::Text(const char* name, const std::string& value) {

@@ -26,11 +26,17 @@ using eHal::detail::JoinLowerHexPairs;
 using eHal::detail::Layout;
 using eHal::detail::WriteLowerHex;
 
+namespace {
+// The names of the return codes, as the text form prints them.
+const char* const kReturnCodeTexts[] = {"kSuccess", "kFail", "kNotOwner", "kNotValueListMode",
+                                        "kInvalidArgs"};
+}  // namespace
+
 // The client message id is also read ahead of the signature check (see SerializeIn).
 struct eValueList::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("ClientMessageId", &eValueList::m_ClientMessageId),
-                      Field("ReturnCode", &eValueList::m_ReturnCode),
+                      Field("ReturnCode", &eValueList::m_ReturnCode).Named(kReturnCodeTexts),
                       Field("XmlContent", &eValueList::m_XmlContent));
   static constexpr Layout kLayouts[] = {{0x11334356}};
   static constexpr ENumberWire kSignatureWire = ENumberWire::kUnsigned32;
@@ -73,9 +79,6 @@ const char* const kRequestTypeNames[eValueList::kRequestTypeCount] = {
 // "label-enable-disable" are deliberately not among them.
 const unsigned int kParsedRequestTypes[] = {3, 16, 1, 2,  8,  10, 9,  4,  5,  15, 12,
                                             6, 14, 7, 17, 18, 19, 20, 21, 22, 23};
-
-const char* const kReturnCodeTexts[] = {"kSuccess", "kFail", "kNotOwner", "kNotValueListMode",
-                                        "kInvalidArgs"};
 
 // A declared payload length beyond this many bytes per character of XML is not allocated by
 // Parse: no XML could fill more (the shortest entry element, "<lc/>", stands for 21 bytes).

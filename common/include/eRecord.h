@@ -62,6 +62,13 @@ class ERecordVisitor {
   // A number in the given wire form. For the signed forms `value` is the number sign-extended to
   // 64 bits (static_cast<std::int64_t>(value) gives it back).
   virtual void Number(const char* name, ENumberWire wire, std::uint64_t value) = 0;
+  // A number whose value has a name in its record's table (`valueName`, the text ToString
+  // prints). A visitor that has no use for the name takes it as a plain Number.
+  virtual void NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
+                           const char* valueName) {
+    (void)valueName;
+    Number(name, wire, value);
+  }
   // A string: its length as unsigned 64-bit text, then its raw bytes.
   virtual void Text(const char* name, const std::string& value) = 0;
   // A byte blob in its own archive form (signature, length, raw bytes).

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "eRecord.h"
@@ -45,8 +46,15 @@ struct EValueType {
 
 // One field: its name as a user prints it and its type.
 struct EFieldDescription {
+  EFieldDescription() = default;
+  EFieldDescription(std::string name, EValueType type, std::vector<std::string> valueNames = {})
+      : name(std::move(name)), type(std::move(type)), valueNames(std::move(valueNames)) {}
+
   std::string name;
   EValueType type;
+  // For a number field whose values have names (the texts the record's ToString prints): the
+  // name of value v is valueNames[v]; values beyond the list have none.
+  std::vector<std::string> valueNames;
 };
 
 struct ERecordDescription {

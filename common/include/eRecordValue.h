@@ -25,8 +25,9 @@ class ERecordValue {
   ENumberWire wire = ENumberWire::kUnsigned32;     // a number's form
   ECountWire countWire = ECountWire::kUnsigned64;  // a list's count form
   std::uint64_t number = 0;                        // sign-extended to 64 bits for the signed forms
-  std::string bytes;                               // a text, or the raw bytes of a blob
-  std::vector<ERecordValue> items;                 // a record's fields or a list's items
+  std::string valueName;            // the name the record gave the number as described, or empty
+  std::string bytes;                // a text, or the raw bytes of a blob
+  std::vector<ERecordValue> items;  // a record's fields or a list's items
 
   // The description of anything that describes itself as a record does.
   template <typename Record>
@@ -56,7 +57,8 @@ class ERecordValue {
   // The fields of a record, one per line as "name = value"; nested records and lists open with
   // "{" or "[" and list their contents indented by two more blanks, a list without a count
   // opening with "fixed [" and one ended by a 0 with "zero-ended [". Numbers are decimal as
-  // written (signed for the signed forms; a signature followed by its hex in parentheses), texts
+  // written (signed for the signed forms; a signature followed by its hex in parentheses, a
+  // named value by its name in parentheses), texts
   // quoted with C escapes, blobs upper-case hex in angle brackets.
   std::string ToText() const;
   // A text as ToText prints one: in double quotes, with C escapes for quotes, backslashes and
@@ -77,6 +79,8 @@ class ERecordTextWriter : public ERecordVisitor {
   explicit ERecordTextWriter(std::ostream& out);
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override;
+  void NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
+                   const char* valueName) override;
   void Text(const char* name, const std::string& value) override;
   void Bytes(const char* name, const EBlob& value) override;
   void BeginRecord(const char* name) override;
@@ -105,6 +109,8 @@ class ERecordValueBuilder : public ERecordVisitor {
   ERecordValue Result() const;
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override;
+  void NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
+                   const char* valueName) override;
   void Text(const char* name, const std::string& value) override;
   void Bytes(const char* name, const EBlob& value) override;
   void BeginRecord(const char* name) override;

@@ -4,6 +4,7 @@ import ast
 import json
 import os
 import pathlib
+import pickle
 import pydoc
 import re
 
@@ -295,7 +296,9 @@ def test_help_documents_every_function():
         assert len(function.__doc__.splitlines()) > 1, name
         assert name + "(" in text
     assert "SerializeError" in text and "library's report text" in text
-    assert sorted(n for n in dir(ehal) if not n.startswith("_") and n != "SerializeError") == \
+    assert "class NamedValue" in text and "its record's text" in ehal.NamedValue.__doc__
+    classes = {"SerializeError", "NamedValue"}
+    assert sorted(n for n in dir(ehal) if not n.startswith("_") and n not in classes) == \
         sorted(PUBLIC)
 
 
@@ -303,7 +306,7 @@ def test_stubs_name_every_function():
     stubs = pathlib.Path(ehal.__file__).with_name("ehal.pyi")
     tree = ast.parse(stubs.read_text())
     names = {node.name for node in tree.body if isinstance(node, (ast.FunctionDef, ast.ClassDef))}
-    assert names == set(PUBLIC) | {"SerializeError"}
+    assert names == set(PUBLIC) | {"SerializeError", "NamedValue"}
 
 
 def stub_record_types():
@@ -361,3 +364,17 @@ def test_envelope_refuses_numbers_out_of_range_as_encode_does(arguments, field):
 def test_bytes_that_end_before_the_record_are_a_value_error_as_in_the_tool(class_name, data):
     with pytest.raises(ValueError, match="input truncated: " + re.escape(class_name)):
         ehal.decode(class_name, data)
+
+
+def test_named_values_are_ints_with_their_names():
+    record = ehal.decode(PRBS, b"288572248 1 0 3 7 0 0 0 0 ")
+    request, code = record["RequestType"], record["ReturnCode"]
+    assert isinstance(request, ehal.NamedValue) and isinstance(request, int)
+    assert (request, request.name) == (3, "kPRBSStartCapture")
+    assert repr(request) == "NamedValue(3, 'kPRBSStartCapture')" and str(request) == "3"
+    # A value beyond the record's table is a plain int.
+    assert type(code) is int and code == 7
+    # Written, compared, hashed and copied as the int.
+    assert json.dumps(record["RequestType"]) == "3" and hash(request) == hash(3)
+    assert pickle.loads(pickle.dumps(request)).name == "kPRBSStartCapture"
+    assert ehal.encode(PRBS, record) == b"288572248 1 0 3 7 0 0 0 0 "
