@@ -22,6 +22,8 @@
 #include <vector>
 
 #include "eRecordJson.h"
+#include "eSchemaDocument.h"
+#include "eWiresharkDissector.h"
 #include "ehal.h"
 #include "prbs_conversation.h"
 
@@ -50,6 +52,8 @@ struct Options {
   bool demo = false;
   bool hex = false;
   bool json = false;
+  bool schema = false;
+  bool wireshark = false;
   std::string envelope;
   std::string payload;
   std::vector<std::string> operands;  // CLASS and FILE, as the mode takes them
@@ -318,11 +322,20 @@ std::string Operand(const Options& options, std::size_t index) {
 }
 
 void Run(const Options& options) {
-  const bool takesOperands = !options.list && !options.demo;
+  const bool takesOperands =
+      !options.list && !options.demo && !options.schema && !options.wireshark;
   if (!takesOperands && !options.operands.empty())
     throw InputError{"unexpected operand " + ERecordValue::Quoted(options.operands.front())};
   if (options.list) return List(options);
   if (options.demo) return Demo(options);
+  if (options.schema) {
+    std::cout << eHal::tools::SchemaDocument().dump(2) << "\n";
+    return;
+  }
+  if (options.wireshark) {
+    std::cout << eHal::tools::WiresharkDissector();
+    return;
+  }
   if (options.guess || !options.envelope.empty()) {
     if (options.operands.size() > 1) throw InputError{"one FILE at most"};
     const std::string bytes = InputBytes(options, Operand(options, 0));
@@ -348,6 +361,10 @@ int main(int argc, char** argv) {
   app.add_flag("--demo", options.demo, "the library's typical exchange, dumped and decoded");
   app.add_flag("--hex", options.hex, "the input is hex text (hex-dump lines accepted)");
   app.add_flag("--json", options.json, "print JSON");
+  app.add_flag("--schema", options.schema,
+               "the whole registry as one JSON document (classes, layouts, fields, forms)");
+  app.add_flag("--wireshark", options.wireshark,
+               "the Wireshark dissector (Lua) generated from the registry");
   CLI::Option* envelope =
       app.add_option("--envelope", options.envelope, "decode an envelope of this class");
   app.add_option("--payload", options.payload, "then its payload as this class")->needs(envelope);

@@ -14,8 +14,8 @@ constexpr unsigned int kOldSenderObjectType = 0;
 struct EGlobalMessage::Schema {
   static constexpr auto kFields = std::make_tuple(
       Field("ObjectType", &EGlobalMessage::m_ObjectType).OrWhenAbsent(kOldSenderObjectType),
-      Field("MessageType", &EGlobalMessage::m_MessageType),
-      Field("Message", &EGlobalMessage::m_Message));
+      Field(kEnvelopeTypeField, &EGlobalMessage::m_MessageType),
+      Field(kEnvelopePayloadField, &EGlobalMessage::m_Message));
   static constexpr Layout kLayouts[] = {{0x55220023}, {0x55220022, From("MessageType")}};
   // The report names the class inside the HAL namespace, although it is declared outside it;
   // receivers match on this text.

@@ -16,8 +16,8 @@ struct EMessage::Schema {
       Field("MessagePortCount", &EMessage::m_PortCount),
       Field("MessagePortId", &EMessage::m_PortId),
       Field("Destination", &EMessage::m_Destination, kByte),
-      Field("ClientID", &EMessage::m_ClientID), Field("MessageType", &EMessage::m_MessageType),
-      Field("Message", &EMessage::m_Message));
+      Field("ClientID", &EMessage::m_ClientID), Field(kEnvelopeTypeField, &EMessage::m_MessageType),
+      Field(kEnvelopePayloadField, &EMessage::m_Message));
   static constexpr Layout kLayouts[] = {
       {3},
       {2, From("MessagePortId")},

@@ -13,8 +13,8 @@ struct EOutgoingMessage::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("PortId", &EOutgoingMessage::m_PortId),
                       Field("ClientID", &EOutgoingMessage::m_ClientID),
-                      Field("MessageType", &EOutgoingMessage::m_MessageType),
-                      Field("Message", &EOutgoingMessage::m_Message));
+                      Field(kEnvelopeTypeField, &EOutgoingMessage::m_MessageType),
+                      Field(kEnvelopePayloadField, &EOutgoingMessage::m_Message));
   static constexpr Layout kLayouts[] = {
       {0x33224457}, {0x33224456, From("ClientID")}, {0x33224455, From("MessageType")}};
   static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eOutgoingMessage", 111,

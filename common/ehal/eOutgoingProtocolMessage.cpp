@@ -17,8 +17,8 @@ struct EOutgoingProtocolMessage::Schema {
   static constexpr auto kFields =
       std::make_tuple(Field("ObjectType", &EOutgoingProtocolMessage::m_ObjectType)
                           .OrWhenAbsent(kOldSenderObjectType),
-                      Field("MessageType", &EOutgoingProtocolMessage::m_MessageType),
-                      Field("Message", &EOutgoingProtocolMessage::m_Message),
+                      Field(kEnvelopeTypeField, &EOutgoingProtocolMessage::m_MessageType),
+                      Field(kEnvelopePayloadField, &EOutgoingProtocolMessage::m_Message),
                       Field("ProtocolName", &EOutgoingProtocolMessage::m_ProtocolName));
   static constexpr Layout kLayouts[] = {{0x11122003}, {0x11122002, From("MessageType")}};
   static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eOutgoingProtocolMessage", 116,

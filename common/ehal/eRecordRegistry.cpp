@@ -4,6 +4,7 @@
 #include <cctype>
 #include <optional>
 #include <tuple>
+#include <type_traits>
 
 #include "ehal.h"
 
@@ -42,7 +43,7 @@ std::unique_ptr<EAnyRecord> Create() {
 
 template <typename T>
 ERecordClass Entry(const char* name) {
-  return {name, T::Layouts(), &Create<T>, &T::Description()};
+  return {name, T::Layouts(), &Create<T>, &T::Description(), std::is_base_of_v<EEnvelope<T>, T>};
 }
 
 using HostTable = EAddressTable<EIPAddressRange, EIPAddressTableItem>;

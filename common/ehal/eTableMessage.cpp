@@ -8,9 +8,10 @@ using detail::Field;
 using detail::Layout;
 
 struct ETableMessage::Schema {
-  static constexpr auto kFields = std::make_tuple(
-      Field("MessageType", &ETableMessage::m_MessageType),
-      Field("Message", &ETableMessage::m_Message), Field("TableName", &ETableMessage::m_TableName));
+  static constexpr auto kFields =
+      std::make_tuple(Field(kEnvelopeTypeField, &ETableMessage::m_MessageType),
+                      Field(kEnvelopePayloadField, &ETableMessage::m_Message),
+                      Field("TableName", &ETableMessage::m_TableName));
   static constexpr Layout kLayouts[] = {{0x22220022}};
   static constexpr ERefusalReport kRefusal = {"x86_64/common/ehal/eTableMessage", 101,
                                               "eHal::ETableMessage::SerializeIn"};

@@ -6,6 +6,12 @@
 #include "eBlob.h"
 #include "eRecord.h"
 
+// The names every envelope's schema gives its message type and its payload, so that tools find
+// them (the payload's class is chosen by its signature, and the message type where several
+// classes share one).
+inline constexpr char kEnvelopeTypeField[] = "MessageType";
+inline constexpr char kEnvelopePayloadField[] = "Message";
+
 template <typename Derived>
 class EEnvelope : public ERecord<Derived> {
  public:

@@ -55,6 +55,8 @@ struct ERecordClass {
   std::vector<ERecordLayout> layouts;  // newest first; empty: no signature of its own
   std::unique_ptr<EAnyRecord> (*create)() = nullptr;  // a fresh record, as its class makes it
   const ERecordDescription* description = nullptr;    // fields, types and layouts
+  // An envelope: its kEnvelopeTypeField says what its kEnvelopePayloadField (a blob) carries.
+  bool envelope = false;
 
   std::unique_ptr<EAnyRecord> Create() const { return create(); }
   // The layout named by `signature`, or null.
