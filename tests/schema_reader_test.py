@@ -12,7 +12,8 @@ import subprocess
 
 import pytest
 
-TOOL = pathlib.Path(os.environ.get("EHAL_DUMP", "/work/main/build/release/tools/ehal-dump"))
+TOOL = pathlib.Path(os.environ.get(
+    "EHAL_DUMP", pathlib.Path(__file__).resolve().parents[1] / "build/release/tools/ehal-dump"))
 VECTORS = pathlib.Path(
     os.environ.get("EHAL_VECTORS", pathlib.Path(__file__).resolve().parent / "vectors"))
 
