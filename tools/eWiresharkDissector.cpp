@@ -142,13 +142,14 @@ local makers = {
 
 local first_kind = {}
 local function field_for(name, kind)
-  local key = name .. "\0" .. kind
-  if fields[key] then return fields[key] end
+  local by_kind = fields[name]
+  if by_kind and by_kind[kind] then return by_kind[kind] end
   local abbrev = "ehal." .. name
   first_kind[abbrev] = first_kind[abbrev] or kind
   if first_kind[abbrev] ~= kind then abbrev = abbrev .. "." .. kind end
   local field = makers[kind](abbrev, name)
-  fields[key] = field
+  fields[name] = by_kind or {}
+  fields[name][kind] = field
   field_order[#field_order + 1] = field
   return field
 end
@@ -228,8 +229,9 @@ end
 
 local Truncated = {}
 
-local function new_reader(tvb, first, limit)
-  return { tvb = tvb, bytes = tvb:raw(0, limit), pos = first, limit = limit }
+-- `bytes` are the tvb's bytes as a string, taken once per envelope and shared by its readers.
+local function new_reader(tvb, bytes, first, limit)
+  return { tvb = tvb, bytes = bytes, pos = first, limit = limit }
 end
 
 local function is_number_char(byte)
@@ -343,9 +345,8 @@ end
 local function read_blob(reader, tree, name)
   local first = reader.pos
   local item = tree and tree:add(field_for(name, "bytes"), reader.tvb(first, 0))
-  local subtree = item
   local payload = {}
-  read_record(reader, subtree, schema.blob, nil, payload)
+  read_record(reader, item, schema.blob, nil, payload)
   close(item, reader, first)
   if item and payload.raw_length then
     item:set_text(name .. ": " .. payload.raw_length .. " bytes")
@@ -470,12 +471,17 @@ end
 -- ---------------------------------------------------------------------------------------------
 -- Envelopes and payloads.
 
+-- The preference's table, read again only when its text changes.
+local preferred = { text = nil, classes = {} }
 local function payload_preferences()
+  local text = ehal.prefs.payload_classes
+  if preferred.text == text then return preferred.classes end
   local chosen = {}
-  for pair in ehal.prefs.payload_classes:gmatch("[^;]+") do
+  for pair in text:gmatch("[^;]+") do
     local type_text, class_name = pair:match("^%s*(%d+)%s*=%s*(.-)%s*$")
     if type_text then chosen[tonumber(type_text)] = class_name end
   end
+  preferred.text, preferred.classes = text, chosen
   return chosen
 end
 
@@ -486,16 +492,16 @@ local function class_names(list)
 end
 
 -- The first number of the bytes from `first`, as a signature is read, or nil.
-local function first_number(tvb, first, limit)
-  local reader = new_reader(tvb, first, limit)
+local function first_number(tvb, bytes, first, limit)
+  local reader = new_reader(tvb, bytes, first, limit)
   local ok, value = pcall(read_number, reader, "unsigned32")
   return ok and value or nil
 end
 
 -- Decodes the payload under the envelope's message item; returns the class name shown.
-local function dissect_payload(tvb, tree, first, length, message_type)
+local function dissect_payload(tvb, bytes, tree, first, length, message_type)
   if length == 0 then return nil end
-  local signature = first_number(tvb, first, first + length)
+  local signature = first_number(tvb, bytes, first, first + length)
   local candidates = signature and by_signature[tostring(signature)] or {}
   local chosen = classes[payload_preferences()[message_type] or ""]
   -- The table decides first: it also reaches a class whose bytes open with something else
@@ -513,7 +519,7 @@ local function dissect_payload(tvb, tree, first, length, message_type)
     if tree then tree:add_proto_expert_info(experts.unknown) end
     return nil
   end
-  local reader = new_reader(tvb, first, first + length)
+  local reader = new_reader(tvb, bytes, first, first + length)
   local item = tree and tree:add(class_field, tvb(first, length), class.name)
   read_record(reader, item, class.record, nil, nil)
   return class.name
@@ -522,7 +528,8 @@ end
 -- Dissects one envelope between `first` and `limit`; returns its end. Raises Truncated when
 -- the bytes end first.
 local function dissect_envelope(tvb, pinfo, tree, first, limit)
-  local signature = first_number(tvb, first, limit)
+  local bytes = tvb:raw(0, limit)
+  local signature = first_number(tvb, bytes, first, limit)
   local candidates = signature and envelopes_by_signature[tostring(signature)] or {}
   local class = candidates[1]
   local item = tree and tree:add(class_field, tvb(first, limit - first),
@@ -531,7 +538,7 @@ local function dissect_envelope(tvb, pinfo, tree, first, limit)
     if item then item:add_proto_expert_info(experts.unknown) end
     return limit
   end
-  local reader = new_reader(tvb, first, limit)
+  local reader = new_reader(tvb, bytes, first, limit)
   local found = {}
   read_record(reader, item, class.record, nil, found)
   if item then item:set_len(reader.pos - first) end
@@ -539,7 +546,7 @@ local function dissect_envelope(tvb, pinfo, tree, first, limit)
   local message_type = found[class.envelope.type]
   local payload_class = nil
   if message and message.first then
-    payload_class = dissect_payload(tvb, message.item, message.first, message.length,
+    payload_class = dissect_payload(tvb, bytes, message.item, message.first, message.length,
       message_type)
   end
   local summary = class.name .. " type " .. tostring(message_type) ..

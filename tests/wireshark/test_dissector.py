@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import random
+import re
 import shutil
 import struct
 import subprocess
@@ -13,8 +14,9 @@ import xml.etree.ElementTree as ElementTree
 
 import pytest
 
-DUMP = os.environ.get("EHAL_DUMP", "build/release/tools/ehal-dump")
-DISSECTOR = os.environ.get("EHAL_LUA", "build/release/tools/ehal.lua")
+BUILD = pathlib.Path(__file__).resolve().parents[2] / "build/release/tools"
+DUMP = os.environ.get("EHAL_DUMP", str(BUILD / "ehal-dump"))
+DISSECTOR = os.environ.get("EHAL_LUA", str(BUILD / "ehal.lua"))
 VECTORS = pathlib.Path(os.environ.get("EHAL_VECTORS",
                                       pathlib.Path(__file__).parents[1] / "vectors"))
 PORT = 7300
@@ -36,12 +38,13 @@ def framed(data):
     return struct.pack(">I", len(data)) + data
 
 
-def write_capture(path, segments):
-    """A pcap file of one TCP connection: `segments` are (from the client?, payload bytes)."""
+def write_capture(path, segments, port=PORT):
+    """A pcap file of one TCP connection to `port`: `segments` are (from the client?, payload
+    bytes)."""
     records = [struct.pack("<IHHiIII", 0xA1B2C3D4, 2, 4, 0, 0, 262144, 1)]
     sequence = {True: 1000, False: 5000}
     for index, (from_client, data) in enumerate(segments):
-        ports = (40000, PORT) if from_client else (PORT, 40000)
+        ports = (40000, port) if from_client else (port, 40000)
         hosts = (b"\x0a\0\0\x01", b"\x0a\0\0\x02") if from_client else (b"\x0a\0\0\x02",
                                                                        b"\x0a\0\0\x01")
         tcp = struct.pack(">HHIIBBHHH", *ports, sequence[from_client], sequence[not from_client],
@@ -61,11 +64,6 @@ def tshark(capture, *options):
     for text in (result.stdout, result.stderr):
         assert "Lua Error" not in text and "dissector failed" not in text, text[-2000:]
     return result.stdout
-
-
-def pairs(items):
-    """A JSON object as its list of (key, value) pairs: tshark repeats keys."""
-    return items
 
 
 def walk_json(value, found):
@@ -117,13 +115,8 @@ def test_a_display_filter_finds_a_field_and_a_named_value(tmp_path):
 
 
 def test_decode_as_reaches_another_port(tmp_path):
-    global PORT
     capture = tmp_path / "other-port.pcap"
-    saved, PORT = PORT, 9100
-    try:
-        write_capture(capture, [(True, framed(envelope(b"288572248 1 0 3 0 0 0 0 0 ", 1)))])
-    finally:
-        PORT = saved
+    write_capture(capture, [(True, framed(envelope(b"288572248 1 0 3 0 0 0 0 0 ", 1)))], 9100)
     assert "EHAL" not in tshark(capture)
     assert "eHal::EMessage type 1: eHal::EPRBS" in tshark(capture, "-d", "tcp.port==9100,ehal")
 
@@ -135,23 +128,15 @@ def vector_files():
     """(class name, .bin path, whether it is the class's current layout) of every vector."""
     listed = json.loads(subprocess.run([DUMP, "--list", "--json"], capture_output=True,
                                        text=True, check=True).stdout)
-    by_file = {"".join(c if c.isalnum() else "_" for c in name): name for name in listed}
+    by_file = {re.sub(r"[^A-Za-z0-9]+", "_", name): name for name in listed}
     found = []
     for path in sorted(VECTORS.glob("*.bin")):
         stem, signature = path.stem.rsplit(".", 1)
-        stem = "_".join(part for part in stem.split("_"))
-        name = next(n for f, n in by_file.items() if collapse(f) == stem)
+        name = by_file[stem]
         signatures = listed[name]
         current = signature == "none" or int(signature, 16) == signatures[0]
         found.append((name, path, current))
     return found
-
-
-def collapse(text):
-    """Runs of '_' as one, as the vector files spell class names."""
-    while "__" in text:
-        text = text.replace("__", "_")
-    return text
 
 
 def json_leaves(value, path, leaves):
