@@ -1,7 +1,8 @@
 // Turns the golden vectors into the seed corpora of the fuzz targets. Each NAME.bin of a
-// registered class becomes CORPUS_ROOT/records_fuzz/NAME, its bytes preceded by the byte that
-// makes records_fuzz pick that class, and CORPUS_ROOT/archive_fuzz/NAME, preceded by the same byte
-// (there it picks one of the sequences of reads). The value list's vectors also become seeds of
+// registered class becomes CORPUS_ROOT/records_fuzz/NAME and CORPUS_ROOT/records_tokens_fuzz/NAME,
+// its bytes preceded by the byte that makes those targets pick that class, and
+// CORPUS_ROOT/archive_fuzz/NAME, preceded by the same byte (there it picks one of the sequences
+// of reads). The value list's vectors also become seeds of
 // value_list_fuzz, read as an archive with and without a terminating zero.
 //   ehal_fuzz_seeds VECTORS_DIR CORPUS_ROOT
 #include <cstdio>
@@ -48,6 +49,7 @@ int SeedFromClass(const fs::path& vectors, const fs::path& root, const ERecordCl
       continue;
     }
     WriteSeed(root / "records_fuzz", name, picker, bytes);
+    WriteSeed(root / "records_tokens_fuzz", name, picker, bytes);
     WriteSeed(root / "archive_fuzz", name, picker, bytes);
     if (recordClass.name != "eValueList") continue;
     WriteSeed(root / "value_list_fuzz", name, 0, bytes);

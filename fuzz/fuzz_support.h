@@ -1,5 +1,6 @@
-// Shared by the fuzz targets: serialisation errors throw SerializeErrorRaised instead of ending
-// the process, so that a refused input ends only its own run.
+// Shared by the fuzz targets and their entry functions: while a ThrowingSerializeErrors lives,
+// serialisation errors throw SerializeErrorRaised instead of ending the process, so that a
+// refused input ends only its own run.
 #pragma once
 
 #include "eArchive.h"
@@ -10,8 +11,15 @@ inline void ThrowOnSerializeError(const char*, int, const char*) {
   throw SerializeErrorRaised();
 }
 
-// Installs the throwing handler once per process.
-inline void ThrowSerializeErrors() {
-  static const auto previous = EArchive::SetSerializeErrorHandler(&ThrowOnSerializeError);
-  (void)previous;
-}
+// Installs the throwing handler for its lifetime and restores the previous one after.
+class ThrowingSerializeErrors {
+ public:
+  ThrowingSerializeErrors()
+      : m_Previous(EArchive::SetSerializeErrorHandler(&ThrowOnSerializeError)) {}
+  ~ThrowingSerializeErrors() { EArchive::SetSerializeErrorHandler(m_Previous); }
+  ThrowingSerializeErrors(const ThrowingSerializeErrors&) = delete;
+  ThrowingSerializeErrors& operator=(const ThrowingSerializeErrors&) = delete;
+
+ private:
+  EArchive::SerializeErrorHandler m_Previous;
+};

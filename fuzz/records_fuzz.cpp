@@ -1,21 +1,18 @@
 // Feeds arbitrary bytes to the reader of every registered record class: the first byte picks the
-// class, the rest is the archive a receiver loads. A read either completes or ends in the
-// serialisation error (which throws here); a record that was read describes itself in exactly
-// the bytes it writes. The archive's wrap limit bounds every read by a fixed multiple of its
-// input, and so does the memory a read holds: more than kBytesPerInputByte for each input byte
-// stops the run, as do the run's limits (-rss_limit_mb, -malloc_limit_mb, -timeout). The seed
-// corpus comes from the golden vectors (see fuzz_seeds.cpp).
+// class, the rest is the archive a receiver loads (see fuzz::ReadRecordInput). A read either
+// completes or ends in the serialisation error; a record that was read describes itself in
+// exactly the bytes it writes. The archive's wrap limit bounds every read by a fixed multiple of
+// its input, and so does the memory a read holds: more than kBytesPerInputByte for each input
+// byte stops the run, as do the run's limits (-rss_limit_mb, -malloc_limit_mb, -timeout). The
+// seed corpus comes from the golden vectors (see fuzz_seeds.cpp). records_tokens_fuzz is this
+// target with the token-aware mutator of token_mutator.cpp.
 #include <sanitizer/allocator_interface.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
-#include <string_view>
-#include <vector>
 
-#include "ehal.h"
-#include "fuzz_support.h"
+#include "fuzz_entries.h"
 
 namespace {
 
@@ -54,46 +51,28 @@ class MemoryCount {
   MemoryCount& operator=(const MemoryCount&) = delete;
 };
 
-// Reads a record of the class with the library's decode step; null when the read ends in the
-// serialisation error.
-std::unique_ptr<EAnyRecord> Read(const ERecordClass& recordClass, std::string_view bytes) {
+// Reads the input with the memory it holds counted.
+fuzz::RecordInput CountedRead(const std::uint8_t* data, std::size_t size) {
   const MemoryCount count;
-  try {
-    return recordClass.Read(bytes).record;
-  } catch (const SerializeErrorRaised&) {
-    return nullptr;
-  }
-}
-
-// The bytes of a record, or of its description, written into a fresh archive.
-template <typename T>
-EBlob Written(const T& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  archive << value;
-  return archive.GetAsEBlob();
+  return fuzz::ReadRecordInput(data, size);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  ThrowSerializeErrors();
+  // The registry is built once, on first use: not by the first read counted.
+  ERecordRegistry::Classes();
   __sanitizer_install_malloc_and_free_hooks(&CountAllocation, &CountRelease);
   return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size == 0) return 0;
-  const std::vector<ERecordClass>& classes = ERecordRegistry::Classes();
-  const ERecordClass& recordClass = classes[data[0] % classes.size()];
-  const std::unique_ptr<EAnyRecord> record =
-      Read(recordClass, std::string_view(reinterpret_cast<const char*>(data + 1), size - 1));
+  const fuzz::RecordInput input = CountedRead(data, size);
   if (gMemory.peak > kBaseBytes + kBytesPerInputByte * static_cast<long long>(size)) {
-    std::fprintf(stderr, "reading %s from %zu bytes held %lld bytes\n", recordClass.name.c_str(),
-                 size, gMemory.peak);
+    std::fprintf(stderr, "reading %s from %zu bytes held %lld bytes\n",
+                 input.recordClass->name.c_str(), size, gMemory.peak);
     __builtin_trap();
   }
-  if (record == nullptr) return 0;
-  if (!(Written(ERecordValue::Of(*record)) == Written(*record))) __builtin_trap();
+  if (input.record != nullptr && !fuzz::DescribesItselfExactly(*input.record)) __builtin_trap();
   return 0;
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -22,11 +23,13 @@ class CountedItem {
  public:
   CountedItem() { Register(); }
   explicit CountedItem(unsigned int value) : m_Value(value) { Register(); }
+  // Throws when the item's value is the one ThrowOnCopying names.
   CountedItem(const CountedItem& other)
       : m_Value(other.m_Value),
         m_LocalId(other.m_LocalId),
         m_Parent(other.m_Parent),
         m_Copies(other.m_Copies + 1) {
+    if (m_Value == ThrowOnCopying()) throw std::runtime_error("copy refused");
     Register();
   }
   CountedItem& operator=(const CountedItem&) = delete;
@@ -60,6 +63,11 @@ class CountedItem {
     static int made = 0;
     return made;
   }
+  // The value whose items refuse to be copied; 0 for none.
+  static unsigned int& ThrowOnCopying() {
+    static unsigned int value = 0;
+    return value;
+  }
 
  private:
   void Register() {
@@ -81,6 +89,7 @@ class EUniqueIDMapTest : public ::testing::Test {
   void SetUp() override {
     CountedItem::Live().clear();
     CountedItem::Made() = 0;
+    CountedItem::ThrowOnCopying() = 0;
   }
   void TearDown() override { EXPECT_TRUE(CountedItem::Live().empty()) << "items leaked"; }
 
@@ -322,15 +331,46 @@ TEST_F(EUniqueIDMapTest, SetParentRepointsEveryItem) {
   EXPECT_EQ(Entries(map, &m_OwnerB), "1:5 2:6 ");
 }
 
-TEST_F(EUniqueIDMapTest, UnshareChildrenReplacesEveryItemByACopy) {
+TEST_F(EUniqueIDMapTest, UnshareChildrenReplacesEveryItemByACopyAndLeavesTheOriginals) {
   Map map(&m_OwnerA);
   Fill(map, {5, 6});
+  map.GetItem(map.begin())->SetParent(nullptr);
+  const std::set<const CountedItem*> originals = ItemsOf(map);
   map.UnshareChildren();
   EXPECT_EQ(Entries(map, &m_OwnerA), "1:5 2:6 ");
-  for (const CountedItem* item : ItemsOf(map))
+  for (const CountedItem* item : ItemsOf(map)) {
     EXPECT_EQ(item->GetCopies(), 1);
-  EXPECT_EQ(Alive(), 2u);  // the replaced items are gone
+    EXPECT_EQ(originals.count(item), 0u);
+  }
+  // The replaced items are the caller's: alive and untouched.
+  EXPECT_EQ(Alive(), 4u);
   EXPECT_EQ(CountedItem::Made(), 4);
+  std::set<std::string> left;
+  for (const CountedItem* original : originals) {
+    left.insert(std::to_string(original->GetLocalId()) + ":" +
+                std::to_string(original->GetValue()) +
+                (original->GetParent() == nullptr ? " under none" : " under A"));
+  }
+  EXPECT_EQ(left, (std::set<std::string>{"1:5 under none", "2:6 under A"}));
+  for (const CountedItem* original : originals)
+    delete original;
+  EXPECT_EQ(Alive(), 2u);
+}
+
+TEST_F(EUniqueIDMapTest, AssignmentWhoseCopyThrowsKeepsTheCopiesMadeAndLeaksNothing) {
+  Map source(&m_OwnerA);
+  Fill(source, {5, 6, 7});
+  Map target(&m_OwnerB);
+  Fill(target, {1});
+  CountedItem::ThrowOnCopying() = 6;
+  EXPECT_THROW(target = source, std::runtime_error);
+  EXPECT_EQ(Entries(target, &m_OwnerB), "1:5 ");
+  EXPECT_EQ(Entries(source, &m_OwnerA), "1:5 2:6 3:7 ");
+  EXPECT_EQ(Alive(), 4u);
+  CountedItem::ThrowOnCopying() = 0;
+  target = source;
+  EXPECT_EQ(Entries(target, &m_OwnerB), "1:5 2:6 3:7 ");
+  EXPECT_EQ(Alive(), 6u);
 }
 
 TEST_F(EUniqueIDMapTest, GeneratorCanBeReadAndReplaced) {

@@ -146,21 +146,19 @@ EUniqueIDMapImplBase& EUniqueIDMapImplBase::operator=(const EUniqueIDMapImplBase
   DestroyItems();
   Items shared(other.m_Items);
   m_Items.swap(shared);
-  CopyItems(false);
+  UnshareChildren();
   return *this;
 }
 
-void EUniqueIDMapImplBase::CopyItems(bool ownsOriginals) {
+void EUniqueIDMapImplBase::UnshareChildren() {
   for (auto it = m_Items.begin(); it != m_Items.end(); ++it) {
-    void* const original = it->second;
     try {
-      it->second = CloneItem(original);
+      it->second = CloneItem(it->second);
     } catch (...) {
-      if (!ownsOriginals) m_Items.erase(it, m_Items.end());
+      m_Items.erase(it, m_Items.end());
       throw;
     }
     SetItemParent(it->second);
-    if (ownsOriginals) DeleteItem(original);
   }
 }
 

@@ -59,10 +59,12 @@ class EUniqueIDMapImplBase {
   const EUniqueIDGenerator& GetIdGenerator() const { return m_IdGenerator; }
   // Replaces the generator by a copy of `generator`; the entries are not checked against it.
   void SetIdGenerator(const EUniqueIDGenerator& generator) { m_IdGenerator = generator; }
-  // Replaces every item by its own copy, pointed at this map's owner (the replaced items are
-  // destroyed). Assignment copies the other map's entries and unshares them this way, except
-  // that the items replaced there belong to the other map.
-  void UnshareChildren() { CopyItems(true); }
+  // Replaces every item by its own copy, pointed at this map's owner, for when the map's item
+  // pointers are shared with another owner (assignment takes over the other map's entries and
+  // unshares them this way). The replaced items are left alone: the caller owns them and keeps or
+  // destroys them. If a copy throws, the entries not yet copied are dropped (their items stay
+  // the caller's) and the exception propagates.
+  void UnshareChildren();
   // Points every item at this map's owner.
   void SetItemParents();
 
@@ -122,10 +124,6 @@ class EUniqueIDMapImplBase {
  private:
   // Stores an item the map owns under `id`: see AddOwnedItem.
   iterator Store(unsigned int id, void* item);
-  // Replaces every item by its copy, pointed at this map's owner; destroys the replaced items
-  // when the map owns them. If a copy fails, the entries not yet copied stay when owned and are
-  // dropped when not.
-  void CopyItems(bool ownsOriginals);
   // Destroys every item and removes every entry.
   void DestroyItems();
 
