@@ -6,10 +6,7 @@
 //                                     number into PORTFILE and serves one client until it closes
 //   ehal_tcp_exchange client PORT     sends the requests and reads the replies; exit status 0
 //                                     when they are the replies asked for
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "loopback_frames.h"
 #include "prbs_conversation.h"
 
 using namespace conversation;
@@ -30,77 +28,27 @@ constexpr unsigned int kMaxFrame = 1u << 20;
 // A peer that says nothing for this long is gone.
 constexpr int kTimeoutSeconds = 10;
 
-// Owns a socket descriptor.
-class Socket {
+using loopback::FrameRead;
+using loopback::Loopback;
+
+// An example socket: sends and receives give up after kTimeoutSeconds of silence.
+class Socket : public loopback::Socket {
  public:
-  explicit Socket(int descriptor) : m_Descriptor(descriptor) {
-    if (m_Descriptor < 0) throw std::runtime_error(std::string("socket: ") + std::strerror(errno));
-    const timeval timeout{kTimeoutSeconds, 0};
-    setsockopt(m_Descriptor, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
-    setsockopt(m_Descriptor, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
-  }
-  Socket(const Socket&) = delete;
-  Socket& operator=(const Socket&) = delete;
-  ~Socket() { close(m_Descriptor); }
-
-  int Get() const { return m_Descriptor; }
-
- private:
-  int m_Descriptor;
+  explicit Socket(int descriptor) : loopback::Socket(descriptor, kTimeoutSeconds) {}
 };
 
-void Fail(const char* what) {
-  throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
-}
-
-sockaddr_in Loopback(unsigned short port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-void WriteAll(const Socket& socket, const unsigned char* data, std::size_t length) {
-  while (length > 0) {
-    const ssize_t written = send(socket.Get(), data, length, MSG_NOSIGNAL);
-    if (written <= 0) Fail("send");
-    data += written;
-    length -= static_cast<std::size_t>(written);
-  }
-}
-
-// False when the peer closed the connection before the first byte.
-bool ReadAll(const Socket& socket, unsigned char* data, std::size_t length) {
-  for (std::size_t done = 0; done < length;) {
-    const ssize_t count = recv(socket.Get(), data + done, length - done, 0);
-    if (count == 0 && done == 0) return false;
-    if (count <= 0) Fail("recv");
-    done += static_cast<std::size_t>(count);
-  }
-  return true;
-}
-
 void SendFrame(const Socket& socket, const EBlob& bytes) {
-  const unsigned int length = bytes.GetSize();
-  const unsigned char prefix[4] = {
-      static_cast<unsigned char>(length >> 24), static_cast<unsigned char>(length >> 16),
-      static_cast<unsigned char>(length >> 8), static_cast<unsigned char>(length)};
-  WriteAll(socket, prefix, sizeof prefix);
-  WriteAll(socket, bytes.GetData(), length);
+  const std::string frame = loopback::Frame(bytes.GetView());
+  loopback::WriteAll(socket, frame.data(), frame.size());
 }
 
 // False when the peer closed the connection between frames.
 bool ReceiveFrame(const Socket& socket, EBlob& bytes) {
-  unsigned char prefix[4];
-  if (!ReadAll(socket, prefix, sizeof prefix)) return false;
-  unsigned int length = 0;
-  for (const unsigned char byte : prefix)
-    length = (length << 8) | byte;
-  if (length > kMaxFrame) throw std::runtime_error("frame too long");
-  std::vector<unsigned char> data(length);
-  if (length > 0 && !ReadAll(socket, data.data(), length)) throw std::runtime_error("cut frame");
-  bytes = EBlob(data.data(), length);
+  std::string envelope;
+  const FrameRead read = loopback::ReceiveFrame(socket, envelope, kMaxFrame);
+  if (read == FrameRead::kClosed) return false;
+  if (read == FrameRead::kCut) throw std::runtime_error("cut frame");
+  bytes = EBlob(envelope.data(), static_cast<unsigned int>(envelope.size()));
   return true;
 }
 
@@ -108,7 +56,7 @@ bool ReceiveFrame(const Socket& socket, EBlob& bytes) {
 void PublishPort(const std::string& path, unsigned short port) {
   const std::string partial = path + ".partial";
   std::ofstream(partial) << port << "\n";
-  if (std::rename(partial.c_str(), path.c_str()) != 0) Fail("rename");
+  if (std::rename(partial.c_str(), path.c_str()) != 0) Socket::Fail("rename");
 }
 
 int RunPort(const std::string& portFile) {
@@ -116,10 +64,10 @@ int RunPort(const std::string& portFile) {
   sockaddr_in address = Loopback(0);
   socklen_t size = sizeof address;
   if (bind(listener.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
-    Fail("bind");
-  if (listen(listener.Get(), 1) != 0) Fail("listen");
+    Socket::Fail("bind");
+  if (listen(listener.Get(), 1) != 0) Socket::Fail("listen");
   if (getsockname(listener.Get(), reinterpret_cast<sockaddr*>(&address), &size) != 0)
-    Fail("getsockname");
+    Socket::Fail("getsockname");
   const unsigned short port = ntohs(address.sin_port);
   std::printf("port: listening on 127.0.0.1:%u\n", port);
   PublishPort(portFile, port);
@@ -143,7 +91,7 @@ int RunClient(unsigned short port) {
   const Socket connection(socket(AF_INET, SOCK_STREAM, 0));
   const sockaddr_in address = Loopback(port);
   if (connect(connection.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-    Fail("connect");
+    Socket::Fail("connect");
   std::printf("client: connected to 127.0.0.1:%u\n", port);
   std::vector<EPRBS> replies;
   for (const EPRBS& request : Requests()) {

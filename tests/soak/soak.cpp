@@ -9,8 +9,6 @@
 //   ehal_soak [--frames N] [--seed S] [--bound-mib M] [--every SECONDS]
 // N frames (20000), random seed S (1), RSS bound M MiB over the warm-up's peak (8), a progress
 // line every SECONDS (0: none). Exit status 0 when every reply matched and the port ended well.
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -31,6 +29,7 @@
 
 #include "archive_text.h"
 #include "ehal.h"
+#include "loopback_frames.h"
 #include "record_vectors.h"
 
 namespace {
@@ -65,81 +64,19 @@ struct Options {
   double every = 0;
 };
 
-// Owns a socket descriptor.
-class Socket {
+using loopback::Frame;
+using loopback::Loopback;
+using loopback::WriteAll;
+
+// A soak socket: sends and receives give up after kTimeoutSeconds of silence.
+class Socket : public loopback::Socket {
  public:
-  explicit Socket(int descriptor) : m_Descriptor(descriptor) {
-    if (m_Descriptor < 0) Fail("socket");
-    const timeval timeout{kTimeoutSeconds, 0};
-    setsockopt(m_Descriptor, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
-    setsockopt(m_Descriptor, SOL_SOCKET, SO_SNDTIMEO, &timeout, sizeof timeout);
-  }
-  Socket(const Socket&) = delete;
-  Socket& operator=(const Socket&) = delete;
-  ~Socket() { close(m_Descriptor); }
-
-  int Get() const { return m_Descriptor; }
-
-  // Closes with a reset instead of an orderly shutdown, as a crashed peer would.
-  void Abort() const {
-    const linger abrupt{1, 0};
-    setsockopt(m_Descriptor, SOL_SOCKET, SO_LINGER, &abrupt, sizeof abrupt);
-  }
-
-  [[noreturn]] static void Fail(const char* what) {
-    throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
-  }
-
- private:
-  int m_Descriptor;
+  explicit Socket(int descriptor) : loopback::Socket(descriptor, kTimeoutSeconds) {}
 };
-
-sockaddr_in Loopback(unsigned short port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-void WriteAll(const Socket& socket, const char* data, std::size_t length) {
-  while (length > 0) {
-    const ssize_t written = send(socket.Get(), data, length, MSG_NOSIGNAL);
-    if (written <= 0) Socket::Fail("send");
-    data += written;
-    length -= static_cast<std::size_t>(written);
-  }
-}
-
-// False when the connection ended (closed or reset) before all of it came.
-bool ReadAll(const Socket& socket, char* data, std::size_t length) {
-  for (std::size_t done = 0; done < length;) {
-    const ssize_t count = recv(socket.Get(), data + done, length - done, 0);
-    if (count == 0 || (count < 0 && errno == ECONNRESET)) return false;
-    if (count < 0) Socket::Fail("recv");
-    done += static_cast<std::size_t>(count);
-  }
-  return true;
-}
-
-// The frame's bytes: the length, most significant byte first, then the envelope.
-std::string Frame(const std::string& envelope) {
-  const auto length = static_cast<unsigned int>(envelope.size());
-  std::string frame = {static_cast<char>(length >> 24), static_cast<char>(length >> 16),
-                       static_cast<char>(length >> 8), static_cast<char>(length)};
-  return frame + envelope;
-}
 
 // The envelope of the next frame; false when the connection ended, whole frame or not.
 bool ReceiveFrame(const Socket& socket, std::string& envelope) {
-  unsigned char prefix[4];
-  if (!ReadAll(socket, reinterpret_cast<char*>(prefix), sizeof prefix)) return false;
-  const unsigned int length = (static_cast<unsigned int>(prefix[0]) << 24) |
-                              (static_cast<unsigned int>(prefix[1]) << 16) |
-                              (static_cast<unsigned int>(prefix[2]) << 8) | prefix[3];
-  if (length > kMaxFrame) throw std::runtime_error("frame too long");
-  envelope.resize(length);
-  return ReadAll(socket, envelope.data(), length);
+  return loopback::ReceiveFrame(socket, envelope, kMaxFrame) == loopback::FrameRead::kWhole;
 }
 
 // --- the port ---
