@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "detail/eBlobSize.h"
 
@@ -77,21 +78,36 @@ void EArchive::SetFromEBlob(const EBlob& blob, bool terminate) {
   m_WrapCount = 0;
 }
 
+void EArchive::MoveFromEBlob(EBlob&& blob, bool terminate) {
+  if (&blob == &m_Buffer || blob.GetData() == nullptr) {
+    SetFromEBlob(static_cast<const EBlob&>(blob), terminate);
+    return;
+  }
+  const unsigned int n = blob.GetSize();
+  const unsigned int size = eHal::detail::BlobSizeOfSum(n, terminate ? 1 : 0);
+  m_Buffer = std::move(blob);
+  if (terminate) m_Buffer.Resize(EBlob::ResizeKey(), size, size)[n] = 0;
+  m_ReadPosition = 0;
+  m_WritePosition = n;
+  m_WrapCount = 0;
+}
+
+EBlob EArchive::ReleaseAsEBlob() {
+  EBlob bytes(std::move(m_Buffer));
+  Empty();
+  return bytes;
+}
+
 unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length) {
   const unsigned int size = m_Buffer.GetSize();
   if (position > size) position = 0;
   const unsigned int end = eHal::detail::BlobSizeOfSum(position, length);
-  unsigned int capacity = 0;
-  if (end > m_Buffer.Room()) {
-    // Double from the current capacity so that many small writes cost few reallocations.
-    std::uint64_t doubled =
-        m_Buffer.GetCapacity() == 0 ? 1 : 2 * std::uint64_t{m_Buffer.GetCapacity()};
-    while (doubled < end)
-      doubled *= 2;
-    capacity = static_cast<unsigned int>(std::min(doubled, eHal::detail::kLargestBlob));
-  }
+  // Double from the current capacity so that many small writes cost few reallocations.
+  const unsigned int capacity =
+      end > m_Buffer.Room() ? static_cast<unsigned int>(GrownCapacity(end)) : 0;
   m_WritePosition = end;
-  return m_Buffer.Resize(EBlob::ResizeKey(), std::max(size, end), capacity) + position;
+  return m_Buffer.Resize(EBlob::ResizeKey(), std::max(size, end), capacity, kSmallestAllocation) +
+         position;
 }
 
 void EArchive::Append(unsigned int length, const unsigned char* bytes) {
@@ -252,8 +268,9 @@ EArchive& EArchive::ReadBlob(EBlob& blob) {
   const unsigned int size = m_Buffer.GetSize();
   // A position beyond the end restarts at 0, as for strings, so the clamp below cannot wrap.
   length = std::min(length, size - StartPosition());
-  // Size 0 first, so that a new allocation copies none of the blob's old bytes.
-  blob.Resize(EBlob::ResizeKey(), 0, length);
+  // Size 0 first, so that a new allocation copies none of the blob's old bytes. One spare byte
+  // is allocated, so that a payload handed on to an archive takes its terminating zero in place.
+  blob.Resize(EBlob::ResizeKey(), 0, length, std::max(length, length + 1));
   unsigned char* const data = blob.Resize(EBlob::ResizeKey(), length);
   if (length > 0) std::memmove(data, m_Buffer.GetData() + m_ReadPosition, length);
   m_ReadPosition += length;

@@ -67,6 +67,7 @@ void EBlob::Init() {
   m_Data = nullptr;
   m_Size = 0;
   m_Capacity = 0;
+  m_Allocated = 0;
 }
 
 void EBlob::Copy(const EBlob& other) {
@@ -84,6 +85,7 @@ void EBlob::NewBuf(unsigned int n) {
   if (n == 0) return;
   m_Data = Allocate(n);
   m_Capacity = n;
+  m_Allocated = n;
 }
 
 void EBlob::Empty(unsigned int n) {
@@ -99,9 +101,14 @@ void EBlob::SetSize(unsigned int n, bool keep) {
   std::free(m_Data);
   m_Data = data;
   m_Capacity = n;
+  m_Allocated = n;
 }
 
-void EBlob::Reallocate(unsigned int capacity, unsigned int keep) {
+void EBlob::Reallocate(unsigned int capacity, unsigned int keep, unsigned int allocation) {
+  if (m_Data != nullptr && capacity <= m_Allocated) {
+    m_Capacity = capacity;
+    return;
+  }
   // With nothing to keep the old bytes are dropped first, so that realloc does not copy them.
   if (keep == 0) {
     m_Size = 0;
@@ -109,16 +116,19 @@ void EBlob::Reallocate(unsigned int capacity, unsigned int keep) {
   }
   // Growing keeps the old bytes; realloc may extend the allocation where it lies, which spares
   // the copy and, more importantly, touching (and faulting in) fresh memory on every doubling.
-  void* const data = std::realloc(m_Data, capacity);
+  allocation = std::max(capacity, allocation);
+  void* const data = std::realloc(m_Data, allocation);
   if (data == nullptr) throw std::bad_alloc();
   m_Data = static_cast<unsigned char*>(data);
   m_Capacity = capacity;
+  m_Allocated = allocation;
 }
 
 void EBlob::Swap(EBlob& other) {
   std::swap(m_Data, other.m_Data);
   std::swap(m_Size, other.m_Size);
   std::swap(m_Capacity, other.m_Capacity);
+  std::swap(m_Allocated, other.m_Allocated);
 }
 
 bool EBlob::TruncateToSize(unsigned int n) {
@@ -201,6 +211,7 @@ void EBlob::ForceSize(unsigned int n) {
   m_Data = data;
   m_Size = n;
   m_Capacity = n;
+  m_Allocated = n;
 }
 
 bool EBlob::GetAt(unsigned char* destination, unsigned int offset, unsigned int length) const {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "detail/eBlobSize.h"
 #include "detail/eContainerRead.h"
 #include "detail/eDigits.h"
 #include "detail/eNumberText.h"
@@ -46,11 +47,18 @@ class EArchive {
   // The archive's bytes; the blob's size is the number of valid bytes.
   const EBlob& GetAsEBlob() const { return m_Buffer; }
   void GetAsEBlob(EBlob& blob) const { blob = m_Buffer; }
+  // Hands the archive's bytes over without a copy (the blob's size is the number of valid bytes)
+  // and leaves the archive as Empty() does, with no allocation.
+  EBlob ReleaseAsEBlob();
   // Replaces the contents by a copy of `blob`, read position 0, write position at its end, no
   // wraps counted. With `terminate` a zero byte is stored after the copy and counted in the size (a
   // later write overwrites it). The mode is not touched. A blob of 2^32 - 1 bytes leaves no room
   // for the zero byte: it is refused with std::bad_alloc and the archive is left unchanged.
   void SetFromEBlob(const EBlob& blob, bool terminate);
+  // SetFromEBlob with the blob's own allocation, without a copy: the archive takes `blob` over
+  // (its capacity too) and leaves it as EBlob::Init() does. The terminating zero byte grows the
+  // allocation only when there is no room for it.
+  void MoveFromEBlob(EBlob&& blob, bool terminate);
 
   // The single low-level write: copies `length` bytes at the write position, doubling the
   // allocation as needed. A write position beyond the size restarts at 0. A write that would take
@@ -141,8 +149,15 @@ class EArchive {
   // Makes room for `length` bytes at the write position (growing by doubling) and moves the
   // write position past them; returns where they go.
   unsigned char* Reserve(unsigned int length);
-  // Where `length` bytes can be written at the write position without growing, or null.
+  // Where `length` bytes can be written at the write position without a new allocation, or null.
+  // The capacity may still have to grow to cover them, within the allocation: see Written.
   unsigned char* WritableRoom(unsigned int length);
+  // Moves the write position to `end`, past bytes written in place at WritableRoom, and raises the
+  // size and (doubling as Append does) the capacity to cover them.
+  void Written(unsigned int end);
+  // The capacity Append's doubling gives for `end` bytes: twice the capacity (1 from 0), doubled
+  // until it holds them, at most the largest blob.
+  std::uint64_t GrownCapacity(std::uint64_t end) const;
   // Writes the number's text with one capacity check, straight into the buffer.
   template <typename Number>
   EArchive& WriteNumber(Number value);
@@ -154,6 +169,10 @@ class EArchive {
   unsigned char* ReserveSlow(unsigned int position, unsigned int length);
   // The read position, wrapped to 0 (and the wrap counted) when it lies beyond the size.
   unsigned int StartPosition();
+
+  // The least allocation a growing archive makes: its capacity still doubles from 1 byte, but a
+  // small record's doublings then fit in the first allocation.
+  static constexpr unsigned int kSmallestAllocation = 256;
 
   unsigned int m_ReadPosition = 0;
   unsigned int m_WritePosition = 0;
@@ -203,21 +222,40 @@ inline void ERefusalReport::Raise() const {
   EArchive::SerializeError(file, line, function);
 }
 
+inline std::uint64_t EArchive::GrownCapacity(std::uint64_t end) const {
+  const unsigned int capacity = m_Buffer.GetCapacity();
+  std::uint64_t doubled = capacity == 0 ? 1 : 2 * std::uint64_t{capacity};
+  while (doubled < end)
+    doubled *= 2;
+  return std::min(doubled, eHal::detail::kLargestBlob);
+}
+
 inline unsigned char* EArchive::WritableRoom(unsigned int length) {
   const unsigned int position = m_WritePosition;
   const unsigned int size = m_Buffer.GetSize();
-  if (position > size || std::uint64_t{position} + length > m_Buffer.Room()) return nullptr;
+  if (position > size) return nullptr;
+  const std::uint64_t end = std::uint64_t{position} + length;
+  if (end > m_Buffer.Room() && (end > eHal::detail::kLargestBlob ||
+                                GrownCapacity(end) > m_Buffer.Allocated(EBlob::ResizeKey()))) {
+    return nullptr;
+  }
   return m_Buffer.Resize(EBlob::ResizeKey(), size) + position;
+}
+
+inline void EArchive::Written(unsigned int end) {
+  m_WritePosition = end;
+  const unsigned int size = std::max(m_Buffer.GetSize(), end);
+  const unsigned int capacity =
+      end <= m_Buffer.Room() ? 0 : static_cast<unsigned int>(GrownCapacity(end));
+  m_Buffer.Resize(EBlob::ResizeKey(), size, capacity);
 }
 
 template <typename Number>
 EArchive& EArchive::WriteNumber(Number value) {
   unsigned char* const out = WritableRoom(eHal::detail::kLongestNumberText);
   if (out == nullptr) return AppendNumber(value);
-  const auto end =
-      static_cast<unsigned int>(eHal::detail::WriteNumberText(out, value) - m_Buffer.GetData());
-  m_WritePosition = end;
-  m_Buffer.Resize(EBlob::ResizeKey(), std::max(m_Buffer.GetSize(), end));
+  Written(static_cast<unsigned int>(eHal::detail::WriteNumberText(out, value) -
+                                    m_Buffer.GetData()));
   return *this;
 }
 

@@ -22,6 +22,9 @@ class EBlob {
   EBlob(const void* first, unsigned int firstLength, const void* second, unsigned int secondLength);
   EBlob(const EBlob& other);
   EBlob& operator=(const EBlob& other);
+  // Moves take the other's allocation, bytes and capacity and leave it as Init() does.
+  EBlob(EBlob&& other) noexcept { TakeFrom(other); }
+  EBlob& operator=(EBlob&& other) noexcept;
   ~EBlob();
 
   // Sets data, size and capacity to zero without freeing anything.
@@ -136,27 +139,51 @@ class EBlob {
     ResizeKey() {}
   };
   // The archive's one access to the bytes, for a writer that fills reserved bytes before its size
-  // covers them. When `capacity` exceeds the room, the allocation first becomes exactly
-  // `capacity` bytes (extended in place where the C allocator can), keeping the valid bytes below
-  // `size` and leaving the others uninitialised. Then the size becomes `size`, which must not
-  // exceed the room, and the bytes are returned for writing.
-  unsigned char* Resize(ResizeKey, unsigned int size, unsigned int capacity = 0) {
-    if (capacity > Room()) Reallocate(capacity, std::min(size, m_Size));
+  // covers them. When `capacity` exceeds the room, the capacity becomes `capacity`, keeping the
+  // valid bytes below `size` and leaving the others uninitialised; the allocation behind it grows
+  // only when it is smaller, and then to at least `allocation` bytes (see Reallocate). Then the
+  // size becomes `size`, which must not exceed the room, and the bytes are returned for writing.
+  unsigned char* Resize(ResizeKey, unsigned int size, unsigned int capacity = 0,
+                        unsigned int allocation = 0) {
+    if (capacity > Room()) Reallocate(capacity, std::min(size, m_Size), allocation);
     m_Size = size;
     return m_Data;
   }
+  // The bytes allocated behind the capacity (0 without an allocation), for the archive's writes in
+  // place.
+  unsigned int Allocated(ResizeKey) const { return m_Data != nullptr ? m_Allocated : 0; }
 
  private:
   // Append when the allocation must first grow to the exact size needed.
   bool AppendGrowing(const EBlob& other);
-  // Resize's growth: an allocation of exactly `capacity` bytes whose first `keep` bytes are the
-  // valid bytes; the others are left uninitialised rather than zeroed.
-  void Reallocate(unsigned int capacity, unsigned int keep);
+  // Resize's growth to a capacity of `capacity` bytes whose first `keep` bytes are the valid
+  // bytes; the others are left uninitialised rather than zeroed. The capacity is what the blob
+  // reports and bounds every access; the allocation behind it may be larger, so that a writer that
+  // grows its capacity by doubling (the archive) can ask for room for several doublings at once.
+  // An allocation that already holds `capacity` bytes is kept; otherwise it becomes
+  // max(`capacity`, `allocation`) bytes.
+  void Reallocate(unsigned int capacity, unsigned int keep, unsigned int allocation);
+  // Takes the other's allocation and leaves it as Init() does.
+  void TakeFrom(EBlob& other) noexcept {
+    m_Data = other.m_Data;
+    m_Size = other.m_Size;
+    m_Capacity = other.m_Capacity;
+    m_Allocated = other.m_Allocated;
+    other.Init();
+  }
 
   unsigned char* m_Data = nullptr;
   unsigned int m_Size = 0;
   unsigned int m_Capacity = 0;
+  unsigned int m_Allocated = 0;  // bytes allocated at m_Data, at least the capacity
 };
+
+inline EBlob& EBlob::operator=(EBlob&& other) noexcept {
+  if (this == &other) return *this;
+  FreeBuf();
+  TakeFrom(other);
+  return *this;
+}
 
 EArchive& operator<<(EArchive& archive, const EBlob& blob);
 EArchive& operator>>(EArchive& archive, EBlob& blob);
