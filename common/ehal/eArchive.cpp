@@ -189,6 +189,19 @@ unsigned int EArchive::BufferNumberText(char* text, unsigned int capacity) {
 }
 
 unsigned int EArchive::ReadUnsignedIntSlow() {
+  // Plain digits near the end of the bytes, ended within them by a character that cannot continue
+  // a number, are taken here as the tokeniser would take them (the same wrapping accumulation).
+  const unsigned int position = m_ReadPosition;
+  const unsigned int size = m_Buffer.GetSize();
+  const unsigned char* const data = m_Buffer.GetData();
+  unsigned int end = position;
+  unsigned int digits = 0;
+  while (end < size && end - position < 16 && eHal::detail::DigitValue(data[end]) <= 9)
+    digits = AddDigit(digits, data[end++]);
+  if (end > position && end < size && !IsNumberChar(data[end])) {
+    m_ReadPosition = end + 1;
+    return digits;
+  }
   unsigned int value = 0;
   ScanNumber(kNumberTextCapacity,
              [&value](unsigned char c, unsigned int) { value = AddDigit(value, c); });
