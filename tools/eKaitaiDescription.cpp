@@ -196,10 +196,11 @@ OrderedJson NumberType(const NumberForm& form) {
                               ? MinusDigitInstances()
                               : OrderedJson::object();
   instances["value"] = {{"value", form.value}};
-  return {
-      {"doc", Wrapped(form.doc)},
-      {"seq", {{{"id", "token"}, {"type", "str"}, {"terminator", "0x20"}, {"eos-error", false}}}},
-      {"instances", instances}};
+  return {{"doc", Wrapped(form.doc)},
+          // A token the bytes end in is no number: a count or a list's end never read stops the
+          // reader instead of reading empty tokens on.
+          {"seq", {{{"id", "token"}, {"type", "str"}, {"terminator", "0x20"}}}},
+          {"instances", instances}};
 }
 
 std::string NumberTypeId(const std::string& wire) {
@@ -244,7 +245,8 @@ class KsyBuilder {
     OrderedJson body;
   };
 
-  std::string AddRecord(const std::string& id, const OrderedJson& record, const std::string& doc);
+  std::string AddRecord(const std::string& id, const OrderedJson& record, const std::string& doc,
+                        const std::string& name = "");
   void AddSignatureSwitch(const std::string& id, const OrderedJson& record, TypeBody& body);
   std::string AddLayout(const std::string& owner, const OrderedJson& record,
                         const OrderedJson& layout);
@@ -256,7 +258,8 @@ class KsyBuilder {
                              const OrderedJson& item);
   std::string AddEnum(const std::string& owner, const std::string& id, const OrderedJson& names);
   std::size_t Reserve(const std::string& id);
-  static OrderedJson Finished(TypeBody& body, const std::string& doc);
+  // A type's body: its doc, the class name it describes (none for parts), seq and instances.
+  static OrderedJson Finished(TypeBody& body, const std::string& doc, const std::string& name = "");
   static void WriteEntries(std::ostream& out, const std::vector<Entry>& entries);
 
   std::vector<Entry> types_;
@@ -286,8 +289,8 @@ KsyBuilder::KsyBuilder(const OrderedJson& document) {
   AddRecord(typeIds_.Take("blob"), document["blob"], "A blob in its archive form.");
   for (const OrderedJson& recordClass : document["classes"]) {
     comment_ = subject_ = recordClass["name"].get<std::string>();
-    AddRecord(classTypes_.at(comment_), recordClass["record"],
-              "The record class " + comment_ + ".");
+    AddRecord(classTypes_.at(comment_), recordClass["record"], "The record class " + comment_ + ".",
+              comment_);
   }
 }
 
@@ -297,20 +300,22 @@ std::size_t KsyBuilder::Reserve(const std::string& id) {
   return types_.size() - 1;
 }
 
-OrderedJson KsyBuilder::Finished(TypeBody& body, const std::string& doc) {
-  OrderedJson type = {{"doc", Wrapped(doc)}, {"seq", body.seq}};
+OrderedJson KsyBuilder::Finished(TypeBody& body, const std::string& doc, const std::string& name) {
+  OrderedJson type = {{"doc", Wrapped(doc)}};
+  if (!name.empty()) type["-orig-id"] = name;
+  type["seq"] = body.seq;
   if (!body.instances.empty()) type["instances"] = body.instances;
   return type;
 }
 
 std::string KsyBuilder::AddRecord(const std::string& id, const OrderedJson& record,
-                                  const std::string& doc) {
+                                  const std::string& doc, const std::string& name) {
   const std::size_t place = Reserve(id);
   TypeBody body;
   if (record["signature"].is_null()) {
     for (const OrderedJson& field : record["fields"])
       AddValue(id, body, field);
-    types_[place].body = Finished(body, doc);
+    types_[place].body = Finished(body, doc, name);
     return id;
   }
   AddSignatureSwitch(id, record, body);
@@ -321,8 +326,8 @@ std::string KsyBuilder::AddRecord(const std::string& id, const OrderedJson& reco
                               : i == 1 ? "; older 0x"
                                        : ", 0x") +
                   Hex8(layouts[i]["signature"].get<unsigned long long>());
-  types_[place].body =
-      Finished(body, doc + signatures + "; the signature names the layout of the fields after it.");
+  types_[place].body = Finished(
+      body, doc + signatures + "; the signature names the layout of the fields after it.", name);
   return id;
 }
 
