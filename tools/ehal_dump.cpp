@@ -21,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include "eKaitaiDescription.h"
 #include "eRecordJson.h"
 #include "eSchemaDocument.h"
 #include "eWiresharkDissector.h"
@@ -54,6 +55,7 @@ struct Options {
   bool json = false;
   bool schema = false;
   bool wireshark = false;
+  bool kaitai = false;
   std::string envelope;
   std::string payload;
   std::vector<std::string> operands;  // CLASS and FILE, as the mode takes them
@@ -323,7 +325,7 @@ std::string Operand(const Options& options, std::size_t index) {
 
 void Run(const Options& options) {
   const bool takesOperands =
-      !options.list && !options.demo && !options.schema && !options.wireshark;
+      !options.list && !options.demo && !options.schema && !options.wireshark && !options.kaitai;
   if (!takesOperands && !options.operands.empty())
     throw InputError{"unexpected operand " + ERecordValue::Quoted(options.operands.front())};
   if (options.list) return List(options);
@@ -334,6 +336,10 @@ void Run(const Options& options) {
   }
   if (options.wireshark) {
     std::cout << eHal::tools::WiresharkDissector();
+    return;
+  }
+  if (options.kaitai) {
+    std::cout << eHal::tools::KaitaiDescription();
     return;
   }
   if (options.guess || !options.envelope.empty()) {
@@ -365,6 +371,8 @@ int main(int argc, char** argv) {
                "the whole registry as one JSON document (classes, layouts, fields, forms)");
   app.add_flag("--wireshark", options.wireshark,
                "the Wireshark dissector (Lua) generated from the registry");
+  app.add_flag("--kaitai", options.kaitai,
+               "the Kaitai Struct description (ehal.ksy) generated from the registry");
   CLI::Option* envelope =
       app.add_option("--envelope", options.envelope, "decode an envelope of this class");
   app.add_option("--payload", options.payload, "then its payload as this class")->needs(envelope);
