@@ -126,8 +126,8 @@ bool EhalMessage(const std::vector<unsigned char>& source) {
   EMessage back;
   Read(Archived(message), back);
   const EBlob& payload = back.GetMessageBytes();
-  return payload.GetSize() == source.size() && payload.GetData()[source.size() - 1] ==
-                                                   source.back() && back.GetMessagePortId() == kPort;
+  return payload.GetSize() == source.size() &&
+         payload.GetData()[source.size() - 1] == source.back() && back.GetMessagePortId() == kPort;
 }
 
 // --- protocol buffers ---------------------------------------------------------------------------
@@ -182,8 +182,8 @@ bool ProtoStats(unsigned int seed) {
   return back.ParseFromString(wire) && SumProto(back) == exchange::ExpectedSum(seed);
 }
 
-std::string WrappedProto(const Prbs& record, unsigned int type, const std::string& major,
-                         int minor, unsigned int port) {
+std::string WrappedProto(const Prbs& record, unsigned int type, const std::string& major, int minor,
+                         unsigned int port) {
   Envelope envelope;
   Address(envelope, type, major, minor, port);
   record.SerializeToString(envelope.mutable_message());
@@ -311,7 +311,7 @@ struct BoostStats {
   template <typename Archive>
   void serialize(Archive& archive, unsigned int) {
     for (unsigned int& value : values)
-      archive & value;
+      archive& value;
   }
 };
 
@@ -321,8 +321,7 @@ struct BoostPRBS {
 
   template <typename Archive>
   void serialize(Archive& archive, unsigned int) {
-    archive & clientMessageId & extraId & requestType & returnCode & bufferSize & packetCount &
-        start;
+    archive& clientMessageId& extraId& requestType& returnCode& bufferSize& packetCount& start;
   }
 };
 
@@ -335,7 +334,7 @@ struct BoostEnvelope {
 
   template <typename Archive>
   void serialize(Archive& archive, unsigned int) {
-    archive & portCount & portId & destination & major & minor & type & message;
+    archive& portCount& portId& destination& major& minor& type& message;
   }
 };
 
@@ -443,9 +442,8 @@ std::function<RoundTrip()> Looping(Arguments... arguments) {
 std::function<RoundTrip()> WithPayload(bool (*function)(const std::vector<unsigned char>&),
                                        unsigned int size) {
   return [function, size] {
-    return RoundTrip([function, source = exchange::PayloadSource(size)] {
-      return function(source);
-    });
+    return RoundTrip(
+        [function, source = exchange::PayloadSource(size)] { return function(source); });
   };
 }
 
@@ -474,8 +472,7 @@ std::vector<Case> Cases() {
        WithPayload(ProtoMessage, kSmallPayload), WithPayload(BoostMessage, kSmallPayload)},
       {"c. EMessage, 64 KiB payload, fresh", WithPayload(EhalMessage, kLargePayload),
        WithPayload(ProtoMessage, kLargePayload), WithPayload(BoostMessage, kLargePayload)},
-      {"d. EDHCPStats, reused",
-       Looping<exchange::StatsLoop>(), Looping<ProtoStatsLoop>(), nullptr},
+      {"d. EDHCPStats, reused", Looping<exchange::StatsLoop>(), Looping<ProtoStatsLoop>(), nullptr},
       {"d. EPRBS in EMessage, request and reply, reused", Looping<exchange::PRBSLoop>(),
        Looping<ProtoExchangeLoop>(), nullptr},
       {"d. EMessage, 1 KiB payload, reused", PayloadLoop<exchange::MessageLoop>(kSmallPayload),

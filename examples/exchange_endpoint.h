@@ -61,11 +61,11 @@ class Endpoint {
     return archive;
   }
 
-  EArchive m_Payload;     // the record being sent
-  EArchive m_Wire;        // the envelope being sent
-  EArchive m_Received;    // the envelope received
-  EArchive m_Unwrapped;   // the payload received
-  eHal::EMessage m_Sent;  // the envelope being sent
+  EArchive m_Payload;         // the record being sent
+  EArchive m_Wire;            // the envelope being sent
+  EArchive m_Received;        // the envelope received
+  EArchive m_Unwrapped;       // the payload received
+  eHal::EMessage m_Sent;      // the envelope being sent
   eHal::EMessage m_Envelope;  // the envelope received
 };
 

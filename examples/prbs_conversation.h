@@ -28,13 +28,13 @@ inline constexpr auto kPRBSReply = static_cast<EMessage::eMessageType>(2);
 inline constexpr bool kRequestingSide = true;
 inline constexpr bool kReplyingSide = false;
 
-// Archives a value into a fresh storing archive and returns the bytes.
+// Archives a value into a fresh storing archive and takes the bytes (without a copy).
 template <typename T>
 EBlob ArchiveBytes(const T& value) {
   EArchive archive;
   archive.SetMode(eModeStoring);
   archive << value;
-  return archive.GetAsEBlob();
+  return archive.ReleaseAsEBlob();
 }
 
 // Reads a value from received bytes, as a receiver loads them.
@@ -64,15 +64,19 @@ inline void PrintEnvelope(const EMessage& message) {
               client.GetMinorID(), message.GetPortID(), message.GetMessage().GetSize());
 }
 
+inline void PrintRecord(const EPRBS& record) {
+  std::printf("  record     %s\n", record.ToString().c_str());
+}
+
 // Archives the record, wraps it in an envelope addressed by client and port, archives that.
 inline EBlob Send(const EPRBS& record, EMessage::eMessageType type, const EClientID& client,
                   unsigned int port) {
-  std::printf("  record     %s\n", record.ToString().c_str());
+  PrintRecord(record);
   EMessage message;
   message.SetMessage(type, ArchiveBytes(record));
   message.SetClientID(client);
   message.SetMessagePortId(port);
-  const EBlob wire = ArchiveBytes(message);
+  EBlob wire = ArchiveBytes(message);
   PrintWire(wire);
   return wire;
 }
@@ -81,8 +85,8 @@ inline EBlob Send(const EPRBS& record, EMessage::eMessageType type, const EClien
 inline void Receive(const EBlob& wire, EMessage& message, EPRBS& record) {
   ReadBytes(wire, message);
   PrintEnvelope(message);
-  ReadBytes(message.GetMessage(), record);
-  std::printf("  record     %s\n", record.ToString().c_str());
+  ReadBytes(message.GetMessageBytes(), record);
+  PrintRecord(record);
 }
 
 // What the port does with a request: checks it and fills in the reply fields.

@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "exchange_endpoint.h"
 #include "loopback_frames.h"
 #include "prbs_conversation.h"
 
@@ -74,14 +75,22 @@ int RunPort(const std::string& portFile) {
 
   const Socket connection(accept(listener.Get(), nullptr, nullptr));
   std::printf("port: client connected\n");
+  // The server loop keeps its archives, envelopes and request from one message to the next, so
+  // that once they have grown to fit, reading a request and writing its reply allocate nothing.
+  exchange::Endpoint endpoint;
+  EPRBS request(kReplyingSide);
   for (EBlob wire; ReceiveFrame(connection, wire);) {
     std::printf("port: receives a frame of %u bytes\n", wire.GetSize());
-    EMessage received;
-    EPRBS request(kReplyingSide);
-    Receive(wire, received, request);
+    const EMessage& received = endpoint.Receive(wire, request);
+    PrintEnvelope(received);
+    PrintRecord(request);
     std::printf("port: answers\n");
-    SendFrame(connection,
-              Send(Serve(request), kPRBSReply, received.GetClientID(), received.GetPortID()));
+    const EPRBS reply = Serve(request);
+    PrintRecord(reply);
+    const EBlob& answer =
+        endpoint.Send(reply, kPRBSReply, received.GetClientID(), received.GetPortID());
+    PrintWire(answer);
+    SendFrame(connection, answer);
   }
   std::printf("port: client closed the connection\n");
   return 0;

@@ -124,6 +124,19 @@ void EBlob::Reallocate(unsigned int capacity, unsigned int keep, unsigned int al
   m_Allocated = allocation;
 }
 
+void EBlob::ReserveForCopy(unsigned int length) {
+  if (m_Data == nullptr || length > m_Allocated) {
+    const std::uint64_t allocation =
+        m_Data == nullptr ? length
+                          : std::max(std::uint64_t{length}, 2 * std::uint64_t{m_Allocated});
+    FreeBuf();
+    m_Data = static_cast<unsigned char*>(std::malloc(allocation));
+    if (m_Data == nullptr) throw std::bad_alloc();
+    m_Allocated = static_cast<unsigned int>(std::min(allocation, eHal::detail::kLargestBlob));
+  }
+  m_Capacity = length;
+}
+
 void EBlob::Swap(EBlob& other) {
   std::swap(m_Data, other.m_Data);
   std::swap(m_Size, other.m_Size);
@@ -140,7 +153,11 @@ bool EBlob::TruncateToSize(unsigned int n) {
 void EBlob::SetData(const void* data, unsigned int length) {
   if (Room() < length) {
     m_Size = 0;
-    NewBuf(length);
+    if (data != nullptr) {
+      ReserveForCopy(length);
+    } else {
+      NewBuf(length);
+    }
   }
   if (m_Data != nullptr && data != nullptr && length > 0) std::memmove(m_Data, data, length);
   m_Size = length;

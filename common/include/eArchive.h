@@ -164,6 +164,10 @@ class EArchive {
   // WriteNumber when the room for the longest text is not there: the text goes through Append.
   template <typename Number>
   EArchive& AppendNumber(Number value);
+  // The allocation for `needed` bytes of a blob that must grow: exactly those for a blob without
+  // an allocation, otherwise at least twice its allocation, so that a reused blob or archive whose
+  // contents grow a little from message to message is not reallocated every time.
+  static unsigned int GrowthAllocation(const EBlob& blob, std::uint64_t needed);
   // ReadUnsignedInt for every token that its inline fast path does not take.
   unsigned int ReadUnsignedIntSlow();
   unsigned char* ReserveSlow(unsigned int position, unsigned int length);
@@ -254,8 +258,8 @@ template <typename Number>
 EArchive& EArchive::WriteNumber(Number value) {
   unsigned char* const out = WritableRoom(eHal::detail::kLongestNumberText);
   if (out == nullptr) return AppendNumber(value);
-  Written(static_cast<unsigned int>(eHal::detail::WriteNumberText(out, value) -
-                                    m_Buffer.GetData()));
+  Written(
+      static_cast<unsigned int>(eHal::detail::WriteNumberText(out, value) - m_Buffer.GetData()));
   return *this;
 }
 

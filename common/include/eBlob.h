@@ -163,6 +163,11 @@ class EBlob {
   // An allocation that already holds `capacity` bytes is kept; otherwise it becomes
   // max(`capacity`, `allocation`) bytes.
   void Reallocate(unsigned int capacity, unsigned int keep, unsigned int allocation);
+  // Makes the capacity exactly `length` (above the room) for bytes about to be copied over all of
+  // it: within the allocation when it holds them, else in a new one, left uninitialised since the
+  // copy fills it, that doubles a previous allocation, so that a reused blob whose contents grow a
+  // little is not reallocated every time.
+  void ReserveForCopy(unsigned int length);
   // Takes the other's allocation and leaves it as Init() does.
   void TakeFrom(EBlob& other) noexcept {
     m_Data = other.m_Data;
