@@ -76,6 +76,7 @@ void EBlob::Copy(const EBlob& other) {
 }
 
 void EBlob::FreeBuf() {
+  if (m_Data == nullptr) return;
   std::free(m_Data);
   m_Data = nullptr;
 }

@@ -187,7 +187,8 @@ class EArchive {
 };
 
 // Fast path for the common token: up to fifteen plain digits at the read position, ended by a
-// character that cannot continue a number, with sixteen valid bytes there. One to four digits
+// character that cannot continue a number, with five valid bytes there (sixteen for a token of
+// more than four digits). One to four digits
 // are taken a byte at a time: for numbers of similar length the branches are predicted, so the
 // next read's position does not wait for the digits. Longer tokens are taken eight bytes at a
 // time. Anything else (a '-' in the token, text to skip, a token near the end of the bytes) goes
@@ -196,14 +197,14 @@ class EArchive {
 inline unsigned int EArchive::ReadUnsignedInt() {
   using namespace eHal::detail;
   const unsigned int position = m_ReadPosition;
-  if (!kLittleEndian || std::uint64_t{position} + 16 > m_Buffer.GetSize()) {
-    return ReadUnsignedIntSlow();
-  }
+  const std::uint64_t size = m_Buffer.GetSize();
+  if (!kLittleEndian || std::uint64_t{position} + 5 > size) return ReadUnsignedIntSlow();
   const unsigned char* const first = m_Buffer.GetData() + position;
   std::uint32_t value;
   unsigned int count = TakeUpToFourDigits(first, value);
   if (count == 0) return ReadUnsignedIntSlow();
   if (count == 4 && DigitValue(first[4]) <= 9) {
+    if (std::uint64_t{position} + 16 > size) return ReadUnsignedIntSlow();
     std::uint64_t values;
     count = LeadingDigits(LoadEight(first), values);
     if (count < 8) {
@@ -254,8 +255,9 @@ inline void EArchive::Written(unsigned int end) {
   m_Buffer.Resize(EBlob::ResizeKey(), size, capacity);
 }
 
+// Inlined into every writer of a number: a call per number costs as much as the digits.
 template <typename Number>
-EArchive& EArchive::WriteNumber(Number value) {
+[[gnu::always_inline]] inline EArchive& EArchive::WriteNumber(Number value) {
   unsigned char* const out = WritableRoom(eHal::detail::kLongestNumberText);
   if (out == nullptr) return AppendNumber(value);
   Written(

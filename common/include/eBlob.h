@@ -145,7 +145,13 @@ class EBlob {
   // size becomes `size`, which must not exceed the room, and the bytes are returned for writing.
   unsigned char* Resize(ResizeKey, unsigned int size, unsigned int capacity = 0,
                         unsigned int allocation = 0) {
-    if (capacity > Room()) Reallocate(capacity, std::min(size, m_Size), allocation);
+    if (capacity > Room()) {
+      if (m_Data != nullptr && capacity <= m_Allocated) {
+        m_Capacity = capacity;  // the allocation already holds it
+      } else {
+        Reallocate(capacity, std::min(size, m_Size), allocation);
+      }
+    }
     m_Size = size;
     return m_Data;
   }

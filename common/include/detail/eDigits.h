@@ -74,9 +74,10 @@ Char* WriteFixedPoint(Char* out, std::uint64_t fixed) {
 }
 
 // Writes the decimal digits of `value` (no leading zeros, "0" for zero) at `out` and returns the
-// position after them; at most 10 characters.
+// position after them; at most 10 characters. Inlined into every number writer: a call per number
+// costs as much as the digits.
 template <typename Char>
-Char* WriteDigits(Char* out, std::uint32_t value) {
+[[gnu::always_inline]] inline Char* WriteDigits(Char* out, std::uint32_t value) {
   if (value < 100) {
     if (value < 10) {
       *out = static_cast<Char>('0' + value);
