@@ -188,12 +188,11 @@ class EArchive {
 
 // Fast path for the common token: up to fifteen plain digits at the read position, ended by a
 // character that cannot continue a number, with five valid bytes there (sixteen for a token of
-// more than four digits). One to four digits
-// are taken a byte at a time: for numbers of similar length the branches are predicted, so the
-// next read's position does not wait for the digits. Longer tokens are taken eight bytes at a
-// time. Anything else (a '-' in the token, text to skip, a token near the end of the bytes) goes
-// through the tokeniser. The result is the same: the tokeniser's accumulation wraps modulo 2^32
-// as this one does.
+// more than four digits). One to four digits are taken a byte at a time: for numbers of similar
+// length the branches are predicted, so the next read's position does not wait for the digits.
+// Longer tokens are taken eight bytes at a time. Anything else (a '-' in the token, text to skip,
+// a token near the end of the bytes) goes through the tokeniser. The result is the same: the
+// tokeniser's accumulation wraps modulo 2^32 as this one does.
 inline unsigned int EArchive::ReadUnsignedInt() {
   using namespace eHal::detail;
   const unsigned int position = m_ReadPosition;
