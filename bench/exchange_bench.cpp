@@ -118,13 +118,19 @@ bool EhalExchange(unsigned int messageId) {
   return answer.GetClientMessageId() == messageId && answer.GetReturnCode() == EPRBS::kSuccess;
 }
 
+// The sender's envelope is gone once its bytes are taken, as in a client that sends and moves on;
+// the protocol buffers and Boost versions do the same.
 bool EhalMessage(const std::vector<unsigned char>& source) {
-  EMessage message;
-  message.SetMessage(kRequest, EBlob(source.data(), static_cast<unsigned int>(source.size())));
-  message.SetClientID(exchange::Client());
-  message.SetMessagePortId(kPort);
+  EBlob wire;
+  {
+    EMessage message;
+    message.SetMessage(kRequest, EBlob(source.data(), static_cast<unsigned int>(source.size())));
+    message.SetClientID(exchange::Client());
+    message.SetMessagePortId(kPort);
+    wire = Archived(message);
+  }
   EMessage back;
-  Read(Archived(message), back);
+  Read(std::move(wire), back);
   const EBlob& payload = back.GetMessageBytes();
   return payload.GetSize() == source.size() &&
          payload.GetData()[source.size() - 1] == source.back() && back.GetMessagePortId() == kPort;
@@ -212,10 +218,13 @@ bool ProtoExchange(unsigned int messageId) {
 }
 
 bool ProtoMessage(const std::vector<unsigned char>& source) {
-  Envelope message;
-  Address(message, kRequest, "bench-client", 3, kPort);
-  message.set_message(source.data(), source.size());
-  const std::string wire = message.SerializeAsString();
+  std::string wire;
+  {
+    Envelope message;
+    Address(message, kRequest, "bench-client", 3, kPort);
+    message.set_message(source.data(), source.size());
+    wire = message.SerializeAsString();
+  }
   Envelope back;
   return back.ParseFromString(wire) && back.message().size() == source.size() &&
          static_cast<unsigned char>(back.message().back()) == source.back() &&
@@ -403,14 +412,18 @@ bool BoostExchange(unsigned int messageId) {
 }
 
 bool BoostMessage(const std::vector<unsigned char>& source) {
-  BoostEnvelope message;
-  message.type = kRequest;
-  message.major = "bench-client";
-  message.minor = 3;
-  message.portId = kPort;
-  message.message.assign(source.begin(), source.end());
+  std::string wire;
+  {
+    BoostEnvelope message;
+    message.type = kRequest;
+    message.major = "bench-client";
+    message.minor = 3;
+    message.portId = kPort;
+    message.message.assign(source.begin(), source.end());
+    wire = BoostArchived(message);
+  }
   BoostEnvelope back;
-  BoostRead(BoostArchived(message), back);
+  BoostRead(wire, back);
   return back.message.size() == source.size() && back.portId == kPort;
 }
 
