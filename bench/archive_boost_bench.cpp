@@ -14,6 +14,7 @@
 #include "archive_workload.h"
 #include "eDHCPStats.h"
 #include "eMessage.h"
+#include "exchange_workload.h"
 
 namespace {
 
@@ -130,14 +131,7 @@ void RunRoundTrips(benchmark::State& state, const Record& record,
 
 EDHCPStats MakeStats() {
   EDHCPStats stats;
-  stats.SetDHCPDiscoversSent(123456);
-  stats.SetDHCPDiscoversOffersReceived(120000);
-  stats.SetDHCPRequestsSent(119000);
-  stats.SetDHCPEnabledInterfaces(4096);
-  stats.SetDHCPAddressesDiscovered(118500);
-  stats.SetDHCPACKReceived(118000);
-  stats.SetDHCPNAKReceived(17);
-  stats.SetDHCPReleasesSent(3);
+  exchange::Fill(stats, 0);
   return stats;
 }
 

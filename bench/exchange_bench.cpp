@@ -32,9 +32,11 @@ namespace {
 using eHal::EClientID;
 using eHal::EMessage;
 using eHal::EPRBS;
+using exchange::Archived;
 using exchange::kPort;
 using exchange::kReply;
 using exchange::kRequest;
+using exchange::Read;
 
 constexpr unsigned int kSmallPayload = 1024;
 constexpr unsigned int kLargePayload = 64 * 1024;
@@ -57,24 +59,6 @@ void Measure(benchmark::State& state, const RoundTrip& roundTrip) {
 }
 
 // --- ehal, fresh objects: a user's code as the README shows it -------------------------------
-
-// Archives a record or envelope into a fresh archive and takes its bytes.
-template <typename Value>
-EBlob Archived(const Value& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  archive << value;
-  return archive.ReleaseAsEBlob();
-}
-
-// Loads received bytes into a fresh archive and reads `value` from them.
-template <typename Value>
-void Read(EBlob&& bytes, Value& value) {
-  EArchive archive;
-  archive.SetMode(eModeLoading);
-  archive.MoveFromEBlob(std::move(bytes), true);
-  archive >> value;
-}
 
 // The record archived, wrapped in an envelope, and the envelope archived.
 EBlob Wrapped(const EPRBS& record, EMessage::eMessageType type, const EClientID& client,

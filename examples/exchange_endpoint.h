@@ -1,14 +1,36 @@
-// One side of an envelope exchange that keeps its archives and envelopes from one message to the
-// next, as a server loop does: once their allocations have grown to fit the largest message, a
-// round trip makes no allocation at all. The bytes are those of the one-off path (a fresh archive
-// per record and per envelope); only the memory is reused.
+// The two ways of archiving and reading an exchange's records: the one-off path (a fresh archive
+// per record, bytes handed over without a copy) and one side of an envelope exchange that keeps
+// its archives and envelopes from one message to the next, as a server loop does: once their
+// allocations have grown to fit the largest message, a round trip makes no allocation at all.
+// Both give the same bytes.
 #pragma once
+
+#include <utility>
 
 #include "eArchive.h"
 #include "eClientID.h"
 #include "eMessage.h"
 
 namespace exchange {
+
+// The one-off path: archives a record or envelope into a fresh archive and takes its bytes.
+template <typename Value>
+EBlob Archived(const Value& value) {
+  EArchive archive;
+  archive.SetMode(eModeStoring);
+  archive << value;
+  return archive.ReleaseAsEBlob();
+}
+
+// The one-off path: loads received bytes into a fresh archive (taking them over) and reads
+// `value` from them.
+template <typename Value>
+void Read(EBlob&& bytes, Value& value) {
+  EArchive archive;
+  archive.SetMode(eModeLoading);
+  archive.MoveFromEBlob(std::move(bytes), true);
+  archive >> value;
+}
 
 class Endpoint {
  public:

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "ehal.h"
+#include "exchange_endpoint.h"
 
 namespace conversation {
 
@@ -31,13 +32,11 @@ inline constexpr bool kReplyingSide = false;
 // Archives a value into a fresh storing archive and takes the bytes (without a copy).
 template <typename T>
 EBlob ArchiveBytes(const T& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  archive << value;
-  return archive.ReleaseAsEBlob();
+  return exchange::Archived(value);
 }
 
-// Reads a value from received bytes, as a receiver loads them.
+// Reads a value from received bytes, as a receiver loads them (a copy: the bytes stay the
+// caller's).
 template <typename T>
 void ReadBytes(const EBlob& bytes, T& value) {
   EArchive archive;
