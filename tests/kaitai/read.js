@@ -39,16 +39,16 @@ function plain(value) {
 function dump(object) {
   const id = typeOfClass.get(object.constructor.name);
   if (id === undefined) throw new Error("an object of no type of the description: " + object.constructor.name);
-  const spec = ksy.types[id];
+  const definition = ksy.types[id];
   const out = {};
   const keys = {};
-  for (const attribute of spec.seq || []) {
+  for (const attribute of definition.seq || []) {
     const value = object[lower(attribute.id)];
     if (value === undefined || value === null) continue;
     keys[attribute.id] = attribute["-orig-id"] !== undefined ? attribute["-orig-id"] : attribute.id;
     out[keys[attribute.id]] = plain(value);
   }
-  for (const [name, instance] of Object.entries(spec.instances || {})) {
+  for (const [name, instance] of Object.entries(definition.instances || {})) {
     if (instance.value === undefined) continue;
     const value = object[lower(name)];
     if (instance.enum === undefined) { out[name] = plain(value); continue; }

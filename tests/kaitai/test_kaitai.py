@@ -126,15 +126,15 @@ class PythonDump:
         return value
 
     def record(self, value):
-        spec = self.types[self.by_class[type(value).__name__]]
+        definition = self.types[self.by_class[type(value).__name__]]
         out, keys = {}, {}
-        for attribute in spec.get("seq", []):
+        for attribute in definition.get("seq", []):
             item = getattr(value, attribute["id"], None)
             if item is None:
                 continue
             keys[attribute["id"]] = attribute.get("-orig-id", attribute["id"])
             out[keys[attribute["id"]]] = self.plain(item)
-        for name, instance in spec.get("instances", {}).items():
+        for name, instance in definition.get("instances", {}).items():
             if "value" not in instance:
                 continue
             item = getattr(value, name)
@@ -263,8 +263,8 @@ class Converter:
 def type_of(class_name):
     """The ksy type of a class: the one whose `-orig-id` is the class name."""
     description = json.loads((compiled("javascript")[0] / "ksy.json").read_text())
-    for identifier, spec in description["types"].items():
-        if spec.get("-orig-id") == class_name:
+    for identifier, definition in description["types"].items():
+        if definition.get("-orig-id") == class_name:
             return identifier
     raise AssertionError(f"ehal.ksy has no type for {class_name}")
 
