@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "record_codec.h"
+#include "record_encoder.h"
 #include "record_objects.h"
 
 namespace py = pybind11;
@@ -40,10 +41,7 @@ py::object DecodeRecord(const std::string& className, py::handle data, bool with
 }
 
 py::bytes EncodeRecord(const std::string& className, py::handle fields) {
-  const ERecordClass& recordClass = ClassNamed(className);
-  ERecordValue value = FreshValue(recordClass);
-  Overlay(recordClass, value, fields);
-  return py::bytes(eHal::python::Encode(recordClass, value));
+  return EncodeFields(ClassNamed(className), fields);
 }
 
 py::list Guess(py::handle data) {

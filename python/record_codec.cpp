@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include "eArchive.h"
 #include "eBlob.h"
@@ -159,6 +160,44 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value) {
 
 std::string Written(const ERecordValue& value) {
   return BytesOf(value);
+}
+
+namespace {
+// The emptied storing archives of this thread that no StoringArchive holds.
+thread_local std::vector<std::unique_ptr<EArchive>> tSpareArchives;
+// A spare archive keeps at most this much memory between calls.
+constexpr unsigned int kLargestSpare = 1u << 20;
+}  // namespace
+
+StoringArchive::StoringArchive() {
+  if (tSpareArchives.empty()) {
+    m_Archive = std::make_unique<EArchive>();
+    m_Archive->SetMode(eModeStoring);
+    return;
+  }
+  m_Archive = std::move(tSpareArchives.back());
+  tSpareArchives.pop_back();
+}
+
+StoringArchive::~StoringArchive() {
+  if (m_Archive->GetAsEBlob().Room() > kLargestSpare) return;
+  // Emptying keeps the allocation for the next call.
+  m_Archive->Empty();
+  m_Archive->SetMode(eModeStoring);
+  tSpareArchives.push_back(std::move(m_Archive));
+}
+
+std::string_view StoringArchive::Bytes() const {
+  const EBlob& blob = m_Archive->GetAsEBlob();
+  return blob.GetView();
+}
+
+bool KeepsWritten(const ERecordClass& recordClass, std::string_view written) {
+  const std::unique_ptr<EAnyRecord> record = ReadRecord(recordClass, written);
+  if (record == nullptr) return false;
+  StoringArchive again;
+  again.Archive() << *record;
+  return again.Bytes() == written;
 }
 
 std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,

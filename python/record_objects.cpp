@@ -14,165 +14,9 @@ namespace eHal::python {
 
 namespace {
 
-// The numbers a wire form carries without loss.
-struct NumberRange {
-  std::int64_t least;
-  std::uint64_t most;
-};
-
-NumberRange RangeOf(ENumberWire wire) {
-  switch (wire) {
-    case ENumberWire::kUnsigned8:
-      return {0, 0xFF};
-    case ENumberWire::kUnsigned16:
-      return {0, 0xFFFF};
-    case ENumberWire::kSigned32:
-    case ENumberWire::kSignedOutUnsignedIn:
-      return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
-    case ENumberWire::kUnsigned64:
-      return {0, std::numeric_limits<std::uint64_t>::max()};
-    case ENumberWire::kBool:
-      return {0, 1};
-    default:
-      return {0, std::numeric_limits<std::uint32_t>::max()};
-  }
-}
-
-// The Python int as the description keeps it (sign-extended for negative numbers), or nothing
-// when it lies outside the range.
-std::optional<std::uint64_t> InRange(PyObject* number, NumberRange range) {
-  int overflow = 0;
-  const long long value = PyLong_AsLongLongAndOverflow(number, &overflow);
-  if (overflow < 0) return std::nullopt;
-  if (overflow > 0) {
-    const unsigned long long large = PyLong_AsUnsignedLongLong(number);
-    if (PyErr_Occurred() != nullptr) {
-      PyErr_Clear();
-      return std::nullopt;
-    }
-    if (large > range.most) return std::nullopt;
-    return large;
-  }
-  if (value < range.least) return std::nullopt;
-  if (value >= 0 && static_cast<unsigned long long>(value) > range.most) return std::nullopt;
-  return static_cast<std::uint64_t>(value);
-}
-
 std::string TypeName(py::handle object) {
   return Py_TYPE(object.ptr())->tp_name;
 }
-
-// Lays Python values over a record's description, keeping the path walked for messages and for
-// finding list items.
-class Overlayer {
- public:
-  Overlayer(const ERecordClass& recordClass, ERecordValue& root)
-      : m_Class(recordClass), m_Root(root) {}
-
-  void Record(ERecordValue& record, py::handle fields, const std::string& where) {
-    if (!PyDict_Check(fields.ptr()))
-      throw py::type_error(where + ": a record is given as a dict, not " + TypeName(fields));
-    for (const auto& [key, given] : py::reinterpret_borrow<py::dict>(fields)) {
-      if (!PyUnicode_Check(key.ptr()))
-        throw py::type_error(where + ": field names are str, not " + TypeName(key));
-      const std::string name = key.cast<std::string>();
-      Field(record, name, given, where);
-    }
-  }
-
- private:
-  void Field(ERecordValue& record, const std::string& name, py::handle given,
-             const std::string& where) {
-    for (std::size_t i = 0; i < record.items.size(); ++i) {
-      if (record.items[i].name != name) continue;
-      m_Path.push_back(i);
-      Value(record.items[i], given, where + "." + name);
-      m_Path.pop_back();
-      return;
-    }
-    std::vector<std::string> names;
-    for (const ERecordValue& field : record.items)
-      names.push_back(field.name);
-    throw py::key_error(UnknownNameMessage("field", where + "." + name,
-                                           ERecordRegistry::CloseNames(name, names),
-                                           "; its fields: " + Joined(names)));
-  }
-
-  void Value(ERecordValue& value, py::handle given, const std::string& where) {
-    switch (value.kind) {
-      case ERecordValue::Kind::kNumber:
-        return Number(value, given, where);
-      case ERecordValue::Kind::kText:
-        return Text(value, given, where);
-      case ERecordValue::Kind::kBytes:
-        value.bytes = std::string(BytesArgument(given, where.c_str()).View());
-        return;
-      case ERecordValue::Kind::kList:
-        return List(value, given, where);
-      case ERecordValue::Kind::kRecord:
-        return Record(value, given, where);
-    }
-  }
-
-  static void Number(ERecordValue& value, py::handle given, const std::string& where) {
-    const bool isBool = PyBool_Check(given.ptr());
-    if (!PyLong_Check(given.ptr()) || (isBool && value.wire != ENumberWire::kBool))
-      throw py::type_error(where + ": a number is given as an int, not " + TypeName(given));
-    const std::optional<std::uint64_t> number = InRange(given.ptr(), RangeOf(value.wire));
-    if (!number)
-      throw py::value_error(where + ": " + py::str(given).cast<std::string>() +
-                            " is out of range for the field");
-    if (value.name == "Signature" && *number != value.number)
-      throw py::value_error(where + ": the record writes signature " +
-                            std::to_string(value.number) + ", not " +
-                            py::str(given).cast<std::string>());
-    value.number = *number;
-  }
-
-  static void Text(ERecordValue& value, py::handle given, const std::string& where) {
-    if (!PyUnicode_Check(given.ptr()))
-      throw py::type_error(where + ": a text is given as a str, not " + TypeName(given));
-    const py::bytes encoded = py::reinterpret_steal<py::bytes>(
-        PyUnicode_AsEncodedString(given.ptr(), "utf-8", "surrogateescape"));
-    if (!encoded) throw py::error_already_set();
-    value.bytes = std::string(std::string_view(encoded));
-  }
-
-  void List(ERecordValue& list, py::handle given, const std::string& where) {
-    if (!PyList_Check(given.ptr()) && !PyTuple_Check(given.ptr()))
-      throw py::type_error(where + ": a list is given as a list, not " + TypeName(given));
-    const py::sequence items = py::reinterpret_borrow<py::sequence>(given);
-    const std::size_t count = items.size();
-    if (list.countWire == ECountWire::kFixed && count != list.items.size())
-      throw py::value_error(where + ": this list has exactly " + std::to_string(list.items.size()) +
-                            " items, not " + std::to_string(count));
-    if (count > list.items.size()) Grow(list, count, where);
-    list.items.resize(count);
-    for (std::size_t i = 0; i < count; ++i) {
-      m_Path.push_back(i);
-      Value(list.items[i], items[i], where + "[" + std::to_string(i) + "]");
-      m_Path.pop_back();
-    }
-  }
-
-  // Adds fresh items to the list up to `count`, shaped as the record describes one.
-  void Grow(ERecordValue& list, std::size_t count, const std::string& where) {
-    const std::optional<ERecordValue> item = ListItem(m_Class, m_Root, m_Path);
-    if (!item) throw py::value_error(where + ": the record's list items cannot be told");
-    list.items.resize(count, *item);
-  }
-
-  static std::string Joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names)
-      text += (text.empty() ? "" : " ") + name;
-    return text;
-  }
-
-  const ERecordClass& m_Class;
-  ERecordValue& m_Root;
-  std::vector<std::size_t> m_Path;  // indices from the root to the value being laid over
-};
 
 py::object TextObject(const std::string& bytes) {
   PyObject* text =
@@ -277,10 +121,6 @@ py::object ToPython(const EAnyRecord& record) {
   return builder.Result();
 }
 
-void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
-  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
-}
-
 BytesArgument::BytesArgument(py::handle object, const char* what) {
   if (PyBytes_Check(object.ptr())) {
     m_Bytes = py::reinterpret_borrow<py::bytes>(object);
@@ -295,6 +135,21 @@ BytesArgument::BytesArgument(py::handle object, const char* what) {
 std::string_view BytesArgument::View() const {
   return std::string_view(PyBytes_AS_STRING(m_Bytes.ptr()),
                           static_cast<std::size_t>(PyBytes_GET_SIZE(m_Bytes.ptr())));
+}
+
+TextArgument::TextArgument(py::handle text) {
+  Py_ssize_t size = 0;
+  // Without surrogates a text's UTF-8 form is the one the str keeps (made once per str).
+  if (const char* utf8 = PyUnicode_AsUTF8AndSize(text.ptr(), &size)) {
+    m_View = std::string_view(utf8, static_cast<std::size_t>(size));
+    return;
+  }
+  PyErr_Clear();
+  m_Escaped = py::reinterpret_steal<py::bytes>(
+      PyUnicode_AsEncodedString(text.ptr(), "utf-8", "surrogateescape"));
+  if (!m_Escaped) throw py::error_already_set();
+  m_View = std::string_view(PyBytes_AS_STRING(m_Escaped.ptr()),
+                            static_cast<std::size_t>(PyBytes_GET_SIZE(m_Escaped.ptr())));
 }
 
 }  // namespace eHal::python

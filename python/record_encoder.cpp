@@ -1,0 +1,327 @@
+#include "record_encoder.h"
+
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "eArchive.h"
+#include "eBlob.h"
+#include "record_codec.h"
+#include "record_objects.h"
+
+namespace eHal::python {
+
+namespace {
+
+// The numbers a wire form carries without loss.
+struct NumberRange {
+  std::int64_t least;
+  std::uint64_t most;
+};
+
+NumberRange RangeOf(ENumberWire wire) {
+  switch (wire) {
+    case ENumberWire::kUnsigned8:
+      return {0, 0xFF};
+    case ENumberWire::kUnsigned16:
+      return {0, 0xFFFF};
+    case ENumberWire::kSigned32:
+    case ENumberWire::kSignedOutUnsignedIn:
+      return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
+    case ENumberWire::kUnsigned64:
+      return {0, std::numeric_limits<std::uint64_t>::max()};
+    case ENumberWire::kBool:
+      return {0, 1};
+    default:
+      return {0, std::numeric_limits<std::uint32_t>::max()};
+  }
+}
+
+// True when `given` is a number for a field of the wire form: an int, a bool only for kBool.
+bool IsNumberFor(PyObject* given, ENumberWire wire) {
+  return PyLong_Check(given) && (!PyBool_Check(given) || wire == ENumberWire::kBool);
+}
+
+// The Python int as the description keeps it (sign-extended for negative numbers), or nothing
+// when it lies outside the wire form's range.
+std::optional<std::uint64_t> InRange(PyObject* number, ENumberWire wire) {
+  const NumberRange range = RangeOf(wire);
+  int overflow = 0;
+  const long long value = PyLong_AsLongLongAndOverflow(number, &overflow);
+  if (overflow < 0) return std::nullopt;
+  if (overflow > 0) {
+    const unsigned long long large = PyLong_AsUnsignedLongLong(number);
+    if (PyErr_Occurred() != nullptr) {
+      PyErr_Clear();
+      return std::nullopt;
+    }
+    if (large > range.most) return std::nullopt;
+    return large;
+  }
+  if (value < range.least) return std::nullopt;
+  if (value >= 0 && static_cast<unsigned long long>(value) > range.most) return std::nullopt;
+  return static_cast<std::uint64_t>(value);
+}
+
+// A signature field: its name, as every record describes it.
+bool IsSignature(const ERecordValue& value) {
+  return value.kind == ERecordValue::Kind::kNumber && value.name == "Signature";
+}
+
+std::string TypeName(py::handle object) {
+  return Py_TYPE(object.ptr())->tp_name;
+}
+
+// Lays Python values over a record's description, keeping the path walked for messages and for
+// finding list items. It is the reference for what encode() takes: every check names the value
+// it refuses by its path from the record.
+class Overlayer {
+ public:
+  Overlayer(const ERecordClass& recordClass, ERecordValue& root)
+      : m_Class(recordClass), m_Root(root) {}
+
+  void Record(ERecordValue& record, py::handle fields, const std::string& where) {
+    if (!PyDict_Check(fields.ptr()))
+      throw py::type_error(where + ": a record is given as a dict, not " + TypeName(fields));
+    for (const auto& [key, given] : py::reinterpret_borrow<py::dict>(fields)) {
+      if (!PyUnicode_Check(key.ptr()))
+        throw py::type_error(where + ": field names are str, not " + TypeName(key));
+      const std::string name = key.cast<std::string>();
+      Field(record, name, given, where);
+    }
+  }
+
+ private:
+  void Field(ERecordValue& record, const std::string& name, py::handle given,
+             const std::string& where) {
+    for (std::size_t i = 0; i < record.items.size(); ++i) {
+      if (record.items[i].name != name) continue;
+      m_Path.push_back(i);
+      Value(record.items[i], given, where + "." + name);
+      m_Path.pop_back();
+      return;
+    }
+    std::vector<std::string> names;
+    for (const ERecordValue& field : record.items)
+      names.push_back(field.name);
+    throw py::key_error(UnknownNameMessage("field", where + "." + name,
+                                           ERecordRegistry::CloseNames(name, names),
+                                           "; its fields: " + Joined(names)));
+  }
+
+  void Value(ERecordValue& value, py::handle given, const std::string& where) {
+    switch (value.kind) {
+      case ERecordValue::Kind::kNumber:
+        return Number(value, given, where);
+      case ERecordValue::Kind::kText:
+        return Text(value, given, where);
+      case ERecordValue::Kind::kBytes:
+        value.bytes = std::string(BytesArgument(given, where.c_str()).View());
+        return;
+      case ERecordValue::Kind::kList:
+        return List(value, given, where);
+      case ERecordValue::Kind::kRecord:
+        return Record(value, given, where);
+    }
+  }
+
+  static void Number(ERecordValue& value, py::handle given, const std::string& where) {
+    if (!IsNumberFor(given.ptr(), value.wire))
+      throw py::type_error(where + ": a number is given as an int, not " + TypeName(given));
+    const std::optional<std::uint64_t> number = InRange(given.ptr(), value.wire);
+    if (!number)
+      throw py::value_error(where + ": " + py::str(given).cast<std::string>() +
+                            " is out of range for the field");
+    if (IsSignature(value) && *number != value.number)
+      throw py::value_error(where + ": the record writes signature " +
+                            std::to_string(value.number) + ", not " +
+                            py::str(given).cast<std::string>());
+    value.number = *number;
+  }
+
+  static void Text(ERecordValue& value, py::handle given, const std::string& where) {
+    if (!PyUnicode_Check(given.ptr()))
+      throw py::type_error(where + ": a text is given as a str, not " + TypeName(given));
+    value.bytes = std::string(TextArgument(given).View());
+  }
+
+  void List(ERecordValue& list, py::handle given, const std::string& where) {
+    if (!PyList_Check(given.ptr()) && !PyTuple_Check(given.ptr()))
+      throw py::type_error(where + ": a list is given as a list, not " + TypeName(given));
+    const py::sequence items = py::reinterpret_borrow<py::sequence>(given);
+    const std::size_t count = items.size();
+    if (list.countWire == ECountWire::kFixed && count != list.items.size())
+      throw py::value_error(where + ": this list has exactly " + std::to_string(list.items.size()) +
+                            " items, not " + std::to_string(count));
+    if (count > list.items.size()) Grow(list, count, where);
+    list.items.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      m_Path.push_back(i);
+      Value(list.items[i], items[i], where + "[" + std::to_string(i) + "]");
+      m_Path.pop_back();
+    }
+  }
+
+  // Adds fresh items to the list up to `count`, shaped as the record describes one.
+  void Grow(ERecordValue& list, std::size_t count, const std::string& where) {
+    const std::optional<ERecordValue> item = ListItem(m_Class, m_Root, m_Path);
+    if (!item) throw py::value_error(where + ": the record's list items cannot be told");
+    list.items.resize(count, *item);
+  }
+
+  static std::string Joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+      text += (text.empty() ? "" : " ") + name;
+    return text;
+  }
+
+  const ERecordClass& m_Class;
+  ERecordValue& m_Root;
+  std::vector<std::size_t> m_Path;  // indices from the root to the value being laid over
+};
+
+// One value of a record as the compiled encoder writes it: its kind and wire form, the bytes of
+// the fresh record's value (written for a field left out) and, for a record, its fields.
+struct EncoderNode;
+
+struct EncoderField {
+  py::object key;  // the field's name, interned; null for a name an earlier field has
+  std::unique_ptr<EncoderNode> node;
+};
+
+struct EncoderNode {
+  ERecordValue::Kind kind = ERecordValue::Kind::kRecord;
+  ENumberWire wire = ENumberWire::kUnsigned32;
+  std::optional<std::uint64_t> signature;  // the one number a signature field takes
+  std::string fresh;
+  std::vector<EncoderField> fields;
+};
+
+bool NamedBefore(const ERecordValue& record, std::size_t index) {
+  for (std::size_t i = 0; i < index; ++i) {
+    if (record.items[i].name == record.items[index].name) return true;
+  }
+  return false;
+}
+
+// The encoder of a value of a fresh record. Only the first of two fields of one name takes a
+// given value, as in the overlay.
+std::unique_ptr<EncoderNode> Compile(const ERecordValue& fresh) {
+  auto node = std::make_unique<EncoderNode>();
+  node->kind = fresh.kind;
+  node->wire = fresh.wire;
+  if (IsSignature(fresh)) node->signature = fresh.number;
+  node->fresh = Written(fresh);
+  if (fresh.kind != ERecordValue::Kind::kRecord) return node;
+  for (std::size_t i = 0; i < fresh.items.size(); ++i) {
+    const ERecordValue& item = fresh.items[i];
+    py::object key;
+    if (!NamedBefore(fresh, i))
+      key = py::reinterpret_steal<py::object>(PyUnicode_InternFromString(item.name.c_str()));
+    node->fields.push_back({std::move(key), Compile(item)});
+  }
+  return node;
+}
+
+// The compiled encoder of the class, made on its first use and kept for the process (the caller
+// holds the GIL, which guards the table).
+const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
+  // Never destroyed: its Python keys must not be released after the interpreter ends.
+  static auto* const encoders = new std::map<const ERecordClass*, std::unique_ptr<EncoderNode>>();
+  std::unique_ptr<EncoderNode>& encoder = (*encoders)[&recordClass];
+  if (encoder == nullptr) encoder = Compile(FreshValue(recordClass));
+  return *encoder;
+}
+
+// Writes one number as a description of the wire form writes it.
+void WriteNumber(EArchive& out, ENumberWire wire, std::uint64_t number) {
+  ERecordValue value;
+  value.kind = ERecordValue::Kind::kNumber;
+  value.wire = wire;
+  value.number = number;
+  value.Write(out);
+}
+
+bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out);
+
+// Writes the fields of a record, given or fresh, in archive order. False for anything but a dict
+// or for a key that names no field, which the overlay names.
+bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
+  if (!PyDict_Check(fields)) return false;
+  Py_ssize_t taken = 0;
+  for (const EncoderField& field : node.fields) {
+    PyObject* const given = field.key ? PyDict_GetItemWithError(fields, field.key.ptr()) : nullptr;
+    if (given == nullptr) {
+      // A key whose comparison raised: the overlay meets it again.
+      if (PyErr_Occurred() != nullptr) {
+        PyErr_Clear();
+        return false;
+      }
+      const std::string& fresh = field.node->fresh;
+      out.Append(static_cast<unsigned int>(fresh.size()),
+                 reinterpret_cast<const unsigned char*>(fresh.data()));
+      continue;
+    }
+    ++taken;
+    if (!EncodeValue(*field.node, given, out)) return false;
+  }
+  return taken == PyDict_GET_SIZE(fields);
+}
+
+// Writes `given` as the value `node` describes, with the overlay's checks; false when it does not
+// pass them, or for a list, whose items the overlay shapes.
+bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
+  switch (node.kind) {
+    case ERecordValue::Kind::kNumber: {
+      if (!IsNumberFor(given, node.wire)) return false;
+      const std::optional<std::uint64_t> number = InRange(given, node.wire);
+      if (!number || (node.signature && *number != *node.signature)) return false;
+      WriteNumber(out, node.wire, *number);
+      return true;
+    }
+    case ERecordValue::Kind::kText:
+      if (!PyUnicode_Check(given)) return false;
+      out << std::string(TextArgument(given).View());
+      return true;
+    case ERecordValue::Kind::kBytes: {
+      if (!PyBytes_Check(given) && !PyObject_CheckBuffer(given)) return false;
+      const std::string_view bytes = BytesArgument(given, "").View();
+      out << EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
+      return true;
+    }
+    case ERecordValue::Kind::kRecord:
+      return EncodeRecord(node, given, out);
+    case ERecordValue::Kind::kList:
+      return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
+  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
+}
+
+py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
+  {
+    StoringArchive out;
+    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), out.Archive()) &&
+        KeepsWritten(recordClass, out.Bytes())) {
+      const std::string_view bytes = out.Bytes();
+      return py::bytes(bytes.data(), bytes.size());
+    }
+  }
+  // The overlay names what the encoder did not take; it writes what the encoder leaves to it.
+  ERecordValue value = FreshValue(recordClass);
+  Overlay(recordClass, value, fields);
+  return py::bytes(Encode(recordClass, value));
+}
+
+}  // namespace eHal::python
