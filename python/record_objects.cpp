@@ -3,8 +3,8 @@
 #include <pybind11/eval.h>
 
 #include <cstdint>
-#include <limits>
-#include <optional>
+#include <cstring>
+#include <unordered_map>
 #include <vector>
 
 #include "eBlob.h"
@@ -18,11 +18,43 @@ std::string TypeName(py::handle object) {
   return Py_TYPE(object.ptr())->tp_name;
 }
 
+py::object Owned(PyObject* object) {
+  if (object == nullptr) throw py::error_already_set();
+  return py::reinterpret_steal<py::object>(object);
+}
+
 py::object TextObject(const std::string& bytes) {
-  PyObject* text =
-      PyUnicode_DecodeUTF8(bytes.data(), static_cast<Py_ssize_t>(bytes.size()), "surrogateescape");
-  if (text == nullptr) throw py::error_already_set();
-  return py::reinterpret_steal<py::object>(text);
+  return Owned(
+      PyUnicode_DecodeUTF8(bytes.data(), static_cast<Py_ssize_t>(bytes.size()), "surrogateescape"));
+}
+
+py::object IntOf(ENumberWire wire, std::uint64_t value) {
+  if (IsSignedWire(wire)) return Owned(PyLong_FromLongLong(static_cast<std::int64_t>(value)));
+  return Owned(PyLong_FromUnsignedLongLong(value));
+}
+
+// The interned str of a name a record describes, made once per name. The names are the records'
+// own constant texts, so they are found by address; the text is compared too, in case an address
+// comes back with another name.
+PyObject* InternedName(const char* name) {
+  // Never destroyed: its strs must not be released after the interpreter ends.
+  static auto* const names = new std::unordered_map<const char*, py::object>();
+  py::object& interned = (*names)[name];
+  if (interned && std::strcmp(PyUnicode_AsUTF8(interned.ptr()), name) == 0) return interned.ptr();
+  interned = Owned(PyUnicode_InternFromString(name));
+  return interned.ptr();
+}
+
+// A NamedValue made as its __new__ makes one (int.__new__, then the name set), without running
+// that Python function.
+py::object NamedValueOf(py::object number, const char* valueName) {
+  static PyObject* const nameAttribute = PyUnicode_InternFromString("name");
+  const py::tuple arguments = py::make_tuple(std::move(number));
+  auto* const type = reinterpret_cast<PyTypeObject*>(NamedValueType().ptr());
+  py::object named = Owned(PyLong_Type.tp_new(type, arguments.ptr(), nullptr));
+  if (PyObject_SetAttr(named.ptr(), nameAttribute, InternedName(valueName)) != 0)
+    throw py::error_already_set();
+  return named;
 }
 
 }  // namespace
@@ -30,13 +62,9 @@ py::object TextObject(const std::string& bytes) {
 namespace {
 
 // Builds the Python form of a description as the record describes itself: a record a dict of its
-// fields, a list a list, numbers int, texts str (undecodable bytes kept as surrogates), blobs
-// bytes; no value tree is built in between.
+// fields (keyed by interned names), a list a list, numbers int, texts str (undecodable bytes kept
+// as surrogates), blobs bytes; no value tree is built in between.
 class PythonBuilder : public ERecordVisitor {
-  static py::int_ IntOf(ENumberWire wire, std::uint64_t value) {
-    return IsSignedWire(wire) ? py::int_(static_cast<std::int64_t>(value)) : py::int_(value);
-  }
-
  public:
   py::object Result() const { return m_Result; }
 
@@ -45,38 +73,41 @@ class PythonBuilder : public ERecordVisitor {
   }
   void NamedNumber(const char* name, ENumberWire wire, std::uint64_t value,
                    const char* valueName) override {
-    Add(name, NamedValueType()(IntOf(wire, value), py::str(valueName)));
+    Add(name, NamedValueOf(IntOf(wire, value), valueName));
   }
   void Text(const char* name, const std::string& value) override { Add(name, TextObject(value)); }
   void Bytes(const char* name, const EBlob& value) override {
     const std::string_view bytes = value.GetView();
-    Add(name, py::bytes(bytes.data(), bytes.size()));
+    Add(name,
+        Owned(PyBytes_FromStringAndSize(bytes.data(), static_cast<Py_ssize_t>(bytes.size()))));
   }
-  void BeginRecord(const char* name) override { Open(name, py::dict()); }
+  void BeginRecord(const char* name) override { Open(name, Owned(PyDict_New())); }
   void EndRecord() override { m_Open.pop_back(); }
-  void BeginList(const char* name, ECountWire, std::size_t) override { Open(name, py::list()); }
+  void BeginList(const char* name, ECountWire, std::size_t) override {
+    Open(name, Owned(PyList_New(0)));
+  }
   void EndList() override { m_Open.pop_back(); }
 
  private:
-  void Add(const char* name, py::object value) {
+  void Add(const char* name, const py::object& value) {
     if (m_Open.empty()) {
-      m_Result = std::move(value);
+      m_Result = value;
       return;
     }
-    const py::object& parent = m_Open.back();
-    if (PyDict_Check(parent.ptr())) {
-      py::reinterpret_borrow<py::dict>(parent)[py::str(name)] = value;
-    } else {
-      py::reinterpret_borrow<py::list>(parent).append(value);
-    }
+    PyObject* const parent = m_Open.back();
+    const int failed = PyDict_Check(parent)
+                           ? PyDict_SetItem(parent, InternedName(name), value.ptr())
+                           : PyList_Append(parent, value.ptr());
+    if (failed != 0) throw py::error_already_set();
   }
-  void Open(const char* name, py::object container) {
+  void Open(const char* name, const py::object& container) {
     Add(name, container);
-    m_Open.push_back(std::move(container));
+    m_Open.push_back(container.ptr());
   }
 
   py::object m_Result = py::none();
-  std::vector<py::object> m_Open;  // the dicts and lists open, innermost last
+  // The dicts and lists open, innermost last: borrowed, since the result holds each of them.
+  std::vector<PyObject*> m_Open;
 };
 
 }  // namespace
