@@ -95,9 +95,10 @@ class StoringArchive {
   std::unique_ptr<EArchive> m_Archive;
 };
 
-// True when the record of the class reads `written` (the bytes of a description of it in its
-// current layout) and writes those same bytes back: it keeps every value as given.
-bool KeepsWritten(const ERecordClass& recordClass, std::string_view written);
+// True when the record of the class reads the bytes written into `written` (a description of it
+// in its current layout) and writes those same bytes back: it keeps every value as given. The
+// bytes are read in place: `written` is left loading them, a terminating zero after them.
+bool KeepsWritten(const ERecordClass& recordClass, EArchive& written);
 
 // A fresh item of the list reached from the record `value` by `path` (indices into items), of the
 // item type the class's description states. Null when the path leads to no list.

@@ -248,6 +248,16 @@ void WriteNumber(EArchive& out, ENumberWire wire, std::uint64_t number) {
   value.Write(out);
 }
 
+// Writes bytes in a blob's archive form, through a blob the thread keeps, so that a call does
+// not allocate one.
+void WriteBlob(EArchive& out, std::string_view bytes) {
+  constexpr unsigned int kLargestKept = 1u << 20;
+  thread_local EBlob blob;
+  blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
+  out << blob;
+  if (blob.Room() > kLargestKept) EBlob().Swap(blob);
+}
+
 bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out);
 
 // Writes the fields of a record, given or fresh, in archive order. False for anything but a dict
@@ -291,8 +301,7 @@ bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
       return true;
     case ERecordValue::Kind::kBytes: {
       if (!PyBytes_Check(given) && !PyObject_CheckBuffer(given)) return false;
-      const std::string_view bytes = BytesArgument(given, "").View();
-      out << EBlob(bytes.data(), static_cast<unsigned int>(bytes.size()));
+      WriteBlob(out, BytesArgument(given, "").View());
       return true;
     }
     case ERecordValue::Kind::kRecord:
@@ -312,10 +321,9 @@ void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fi
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
   {
     StoringArchive out;
-    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), out.Archive()) &&
-        KeepsWritten(recordClass, out.Bytes())) {
-      const std::string_view bytes = out.Bytes();
-      return py::bytes(bytes.data(), bytes.size());
+    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), out.Archive())) {
+      const std::size_t size = out.Bytes().size();
+      if (KeepsWritten(recordClass, out.Archive())) return py::bytes(out.Bytes().data(), size);
     }
   }
   // The overlay names what the encoder did not take; it writes what the encoder leaves to it.
