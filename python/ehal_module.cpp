@@ -36,6 +36,19 @@ py::dict Classes() {
   return classes;
 }
 
+// A class name given as a str (or as bytes, as pybind11 takes a std::string); TypeError for
+// anything else.
+std::string NameText(py::handle name) {
+  if (PyBytes_Check(name.ptr())) return std::string(BytesArgument(name, "class_name").View());
+  Py_ssize_t size = 0;
+  const char* const text =
+      PyUnicode_Check(name.ptr()) ? PyUnicode_AsUTF8AndSize(name.ptr(), &size) : nullptr;
+  if (text != nullptr) return std::string(text, static_cast<std::size_t>(size));
+  PyErr_Clear();
+  throw py::type_error("class_name: a class is named by a str, not " +
+                       std::string(Py_TYPE(name.ptr())->tp_name));
+}
+
 // The registered class named by `name`, a str. The strs met are kept as the keys of a dict to
 // the class's place in the registry, so that a name is looked up in the registry once and a str
 // the caller keeps (with its hash) is found again at once.
@@ -48,7 +61,7 @@ const ERecordClass& ClassOf(py::handle name) {
       return ERecordRegistry::Classes()[PyLong_AsSize_t(index)];
     if (PyErr_Occurred() != nullptr) throw py::error_already_set();
   }
-  const ERecordClass& recordClass = ClassNamed(name.cast<std::string>());
+  const ERecordClass& recordClass = ClassNamed(NameText(name));
   const py::int_ index(&recordClass - ERecordRegistry::Classes().data());
   if (exactStr && PyDict_SetItem(known, name.ptr(), index.ptr()) != 0)
     throw py::error_already_set();
@@ -240,7 +253,7 @@ PyCFunction AsCFunction(Function* function) {
 
 PyMethodDef gDecode = {
     "decode", AsCFunction(&DecodeCall), METH_FASTCALL | METH_KEYWORDS,
-    "decode($module, /, class_name, data, *, with_rest=False)\n--\n\n"
+    "decode(class_name, data, *, with_rest=False)\n--\n\n"
     "One record of the class read from the start of `data`, as a dict.\n\n"
     "With with_rest=True, a tuple (record, consumed): the bytes its reader took.\n"
     "Raises KeyError (unknown class), ValueError (bytes that end before the record),\n"
@@ -249,7 +262,7 @@ PyMethodDef gDecode = {
 
 PyMethodDef gEncode = {
     "encode", AsCFunction(&EncodeCall), METH_FASTCALL | METH_KEYWORDS,
-    "encode($module, /, class_name, fields)\n--\n\n"
+    "encode(class_name, fields)\n--\n\n"
     "The archive bytes of a record of the class built from `fields`, written in its\n"
     "current layout. Fields left out keep a fresh record's values. Raises KeyError\n"
     "(unknown class or field, naming the close names), TypeError (a value of the wrong\n"
