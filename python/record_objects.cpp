@@ -35,14 +35,24 @@ py::object IntOf(ENumberWire wire, std::uint64_t value) {
 
 // The interned str of a name a record describes, made once per name. The names are the records'
 // own constant texts, so they are found by address; the text is compared too, in case an address
-// comes back with another name.
+// comes back with another name. A small table by address stands before the map of every name met.
 PyObject* InternedName(const char* name) {
+  struct Recent {
+    const char* address = nullptr;
+    const char* text = nullptr;  // the str's own UTF-8 form
+    PyObject* interned = nullptr;
+  };
+  static Recent recent[512];
   // Never destroyed: its strs must not be released after the interpreter ends.
   static auto* const names = new std::unordered_map<const char*, py::object>();
+  const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(name);
+  Recent& slot = recent[(address * 0x9E3779B97F4A7C15u) >> 55];
+  if (slot.address == name && std::strcmp(slot.text, name) == 0) return slot.interned;
   py::object& interned = (*names)[name];
-  if (interned && std::strcmp(PyUnicode_AsUTF8(interned.ptr()), name) == 0) return interned.ptr();
-  interned = Owned(PyUnicode_InternFromString(name));
-  return interned.ptr();
+  if (!interned || std::strcmp(PyUnicode_AsUTF8(interned.ptr()), name) != 0)
+    interned = Owned(PyUnicode_InternFromString(name));
+  slot = {name, PyUnicode_AsUTF8(interned.ptr()), interned.ptr()};
+  return slot.interned;
 }
 
 // A NamedValue made as its __new__ makes one (int.__new__, then the name set), without running
@@ -66,6 +76,8 @@ namespace {
 // as surrogates), blobs bytes; no value tree is built in between.
 class PythonBuilder : public ERecordVisitor {
  public:
+  PythonBuilder() { m_Open.reserve(8); }
+
   py::object Result() const { return m_Result; }
 
   void Number(const char* name, ENumberWire wire, std::uint64_t value) override {
