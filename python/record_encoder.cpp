@@ -1,5 +1,6 @@
 #include "record_encoder.h"
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -260,28 +261,65 @@ void WriteBlob(EArchive& out, std::string_view bytes) {
 
 bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out);
 
-// Writes the fields of a record, given or fresh, in archive order. False for anything but a dict
-// or for a key that names no field, which the overlay names.
+// The place of the field that `key` names among the record's fields, trying `next` first (a dict
+// in archive order, as a decoded one, names them in turn): by identity, as the interned names
+// are, else by text, as the overlay compares names. Null for a key that names no field.
+std::optional<std::size_t> FieldNamed(const EncoderNode& record, PyObject* key, std::size_t next) {
+  const std::vector<EncoderField>& fields = record.fields;
+  if (next < fields.size() && fields[next].key.ptr() == key) return next;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].key.ptr() == key) return i;
+  }
+  if (!PyUnicode_Check(key)) return std::nullopt;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].key && PyUnicode_Compare(fields[i].key.ptr(), key) == 0) return i;
+  }
+  PyErr_Clear();  // a comparison that failed on a malformed str names no field either
+  return std::nullopt;
+}
+
+// The values a dict gives a record's fields, by the fields' places: on the stack for the usual
+// record.
+class GivenValues {
+ public:
+  explicit GivenValues(std::size_t count) {
+    if (count > m_Few.size()) m_Many.resize(count);
+    m_Values = count > m_Few.size() ? m_Many.data() : m_Few.data();
+  }
+  PyObject*& operator[](std::size_t index) { return m_Values[index]; }
+
+ private:
+  std::array<PyObject*, 32> m_Few{};
+  std::vector<PyObject*> m_Many;
+  PyObject** m_Values;
+};
+
+// Writes the fields of a record, given or fresh, in archive order. False for anything but a dict,
+// for a key that names no field and for two keys of one field (both of which the overlay takes
+// in turn), which the overlay then names.
 bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
   if (!PyDict_Check(fields)) return false;
-  Py_ssize_t taken = 0;
-  for (const EncoderField& field : node.fields) {
-    PyObject* const given = field.key ? PyDict_GetItemWithError(fields, field.key.ptr()) : nullptr;
-    if (given == nullptr) {
-      // A key whose comparison raised: the overlay meets it again.
-      if (PyErr_Occurred() != nullptr) {
-        PyErr_Clear();
-        return false;
-      }
-      const std::string& fresh = field.node->fresh;
-      out.Append(static_cast<unsigned int>(fresh.size()),
-                 reinterpret_cast<const unsigned char*>(fresh.data()));
+  GivenValues given(node.fields.size());
+  Py_ssize_t position = 0;
+  PyObject* key = nullptr;
+  PyObject* value = nullptr;
+  std::size_t next = 0;
+  while (PyDict_Next(fields, &position, &key, &value)) {
+    const std::optional<std::size_t> field = FieldNamed(node, key, next);
+    if (!field || given[*field] != nullptr) return false;
+    given[*field] = value;
+    next = *field + 1;
+  }
+  for (std::size_t i = 0; i < node.fields.size(); ++i) {
+    const EncoderNode& field = *node.fields[i].node;
+    if (given[i] != nullptr) {
+      if (!EncodeValue(field, given[i], out)) return false;
       continue;
     }
-    ++taken;
-    if (!EncodeValue(*field.node, given, out)) return false;
+    out.Append(static_cast<unsigned int>(field.fresh.size()),
+               reinterpret_cast<const unsigned char*>(field.fresh.data()));
   }
-  return taken == PyDict_GET_SIZE(fields);
+  return true;
 }
 
 // Writes `given` as the value `node` describes, with the overlay's checks; false when it does not

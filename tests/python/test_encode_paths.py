@@ -52,6 +52,20 @@ def test_keys_of_any_str_kind_name_fields():
     assert ehal.decode("".join(["eHal::", "EPRBS"]), expected)["RequestType"] == 3
 
 
+class OtherHash(str):
+    """A str subclass hashed apart from the str of the same text: a dict holds both."""
+
+    def __hash__(self):
+        return 1
+
+
+def test_two_keys_of_one_field_are_laid_over_in_turn():
+    assert ehal.encode(PRBS, {"RequestType": 1, OtherHash("RequestType"): 2}) == \
+        ehal.encode(PRBS, {"RequestType": 2})
+    with pytest.raises(TypeError, match=r"RequestType: a number is given as an int, not str"):
+        ehal.encode(PRBS, {"RequestType": "1", OtherHash("RequestType"): 2})
+
+
 def test_decoded_field_names_are_interned():
     record = ehal.decode(MESSAGE, ehal.encode(MESSAGE, {}))
     assert all(sys.intern(name) is name for name in record)
