@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 #include "eArchive.h"
 #include "eBlob.h"
@@ -34,16 +35,39 @@ std::string BytesOf(const T& value) {
   return std::string(reinterpret_cast<const char*>(blob.GetData()), blob.GetSize());
 }
 
-// The record of the class read from `bytes`, or null when a read left them; exceptions as the
-// reader raises them.
+// The emptied storing archives of this thread that no StoringArchive holds.
+thread_local std::vector<std::unique_ptr<EArchive>> tSpareArchives;
+// A spare archive keeps at most this much memory between calls.
+constexpr unsigned int kLargestSpare = 1u << 20;
+
+// Reads one record of the class from the bytes written into `written` as ERecordClass::Read
+// reads a copy of them, but in place: terminated as a receiver stores them, then read from the
+// start. Null when a read left the bytes; exceptions as the reader raises them.
+std::unique_ptr<EAnyRecord> ReadWritten(const ERecordClass& recordClass, EArchive& written,
+                                        std::size_t* consumed = nullptr) {
+  const std::size_t size = written.GetAsEBlob().GetSize();
+  if (size >= 0xFFFFFFFFu) throw BadInput("more than 4 GiB of archive bytes");
+  const unsigned char terminator = 0;
+  written.Append(1, &terminator);
+  written.SetMode(eModeLoading);
+  const ThrowingScope throwing;
+  std::unique_ptr<EAnyRecord> record = recordClass.Create();
+  written >> *record;
+  // A read that ran past the bytes left the position beyond them; one that started over from
+  // the first counted a wrap.
+  if (written.GetReadPosition() > size || written.GetWrapCount() > 0) return nullptr;
+  if (consumed != nullptr) *consumed = written.GetReadPosition();
+  return record;
+}
+
+// The record of the class read from `bytes`, or null when a read left them.
 std::unique_ptr<EAnyRecord> ReadRecord(const ERecordClass& recordClass, std::string_view bytes,
                                        std::size_t* consumed = nullptr) {
   if (bytes.size() >= 0xFFFFFFFFu) throw BadInput("more than 4 GiB of archive bytes");
-  const ThrowingScope throwing;
-  ERecordRead read = recordClass.Read(bytes);
-  if (!read.Complete()) return nullptr;
-  if (consumed != nullptr) *consumed = read.consumed;
-  return std::move(read.record);
+  StoringArchive copy;
+  copy.Archive().Append(static_cast<unsigned int>(bytes.size()),
+                        reinterpret_cast<const unsigned char*>(bytes.data()));
+  return ReadWritten(recordClass, copy.Archive(), consumed);
 }
 
 std::string NumberText(const ERecordValue& value) {
@@ -159,6 +183,38 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value) {
 
 std::string Written(const ERecordValue& value) {
   return BytesOf(value);
+}
+
+StoringArchive::StoringArchive() {
+  if (tSpareArchives.empty()) {
+    m_Archive = std::make_unique<EArchive>();
+    m_Archive->SetMode(eModeStoring);
+    return;
+  }
+  m_Archive = std::move(tSpareArchives.back());
+  tSpareArchives.pop_back();
+}
+
+StoringArchive::~StoringArchive() {
+  if (m_Archive->GetAsEBlob().Room() > kLargestSpare) return;
+  // Emptying keeps the allocation for the next call.
+  m_Archive->Empty();
+  m_Archive->SetMode(eModeStoring);
+  tSpareArchives.push_back(std::move(m_Archive));
+}
+
+std::string_view StoringArchive::Bytes() const {
+  const EBlob& blob = m_Archive->GetAsEBlob();
+  return blob.GetView();
+}
+
+bool KeepsWritten(const ERecordClass& recordClass, EArchive& written) {
+  const std::size_t size = written.GetAsEBlob().GetSize();
+  const std::unique_ptr<EAnyRecord> record = ReadWritten(recordClass, written);
+  if (record == nullptr) return false;
+  StoringArchive again;
+  again.Archive() << *record;
+  return again.Bytes() == written.GetAsEBlob().GetView().substr(0, size);
 }
 
 std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,

@@ -78,6 +78,28 @@ std::string Encode(const ERecordClass& recordClass, const ERecordValue& value);
 // The archive bytes of a description as it stands.
 std::string Written(const ERecordValue& value);
 
+// A storing archive for the length of a call, taken from the thread's spare ones (made when there
+// is none) and handed back emptied, so that calls after the first allocate nothing for it.
+class StoringArchive {
+ public:
+  StoringArchive();
+  ~StoringArchive();
+  StoringArchive(const StoringArchive&) = delete;
+  StoringArchive& operator=(const StoringArchive&) = delete;
+
+  EArchive& Archive() { return *m_Archive; }
+  // The bytes written so far.
+  std::string_view Bytes() const;
+
+ private:
+  std::unique_ptr<EArchive> m_Archive;
+};
+
+// True when the record of the class reads the bytes written into `written` (a description of it
+// in its current layout) and writes those same bytes back: it keeps every value as given. The
+// bytes are read in place: `written` is left loading them, a terminating zero after them.
+bool KeepsWritten(const ERecordClass& recordClass, EArchive& written);
+
 // A fresh item of the list reached from the record `value` by `path` (indices into items), of the
 // item type the class's description states. Null when the path leads to no list.
 std::optional<ERecordValue> ListItem(const ERecordClass& recordClass, const ERecordValue& value,

@@ -1,7 +1,6 @@
 // Records as Python objects: a description becomes dicts (records, by field name), lists, ints,
 // str (texts, as UTF-8 with undecodable bytes kept as surrogates, so that they travel back
-// unchanged) and bytes (blobs); a dict of the same form is laid over a record's description,
-// checking each value against the field it replaces.
+// unchanged) and bytes (blobs); and the bytes that str and bytes-like values stand for.
 #pragma once
 
 #include <pybind11/pybind11.h>
@@ -26,12 +25,6 @@ const py::object& NamedValueType();
 // the value), texts str, blobs bytes.
 py::object ToPython(const EAnyRecord& record);
 
-// Replaces the values of `value`, the description of a record of `recordClass`, by those
-// `fields` gives; fields left out keep theirs. An unknown field raises KeyError naming the close
-// field names, a value of the wrong type TypeError, a number outside its wire form's range or a
-// signature other than the record's ValueError.
-void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields);
-
 // Holds the bytes of a bytes-like argument (bytes, bytearray, memoryview, ...) for the length
 // of a call; anything else raises TypeError.
 class BytesArgument {
@@ -41,6 +34,18 @@ class BytesArgument {
 
  private:
   py::bytes m_Bytes;
+};
+
+// Holds the UTF-8 bytes of a str for the length of a call, undecodable bytes kept as surrogates
+// turned back into those bytes.
+class TextArgument {
+ public:
+  explicit TextArgument(py::handle text);
+  std::string_view View() const { return m_View; }
+
+ private:
+  py::bytes m_Escaped;  // the encoded text when it holds surrogates; otherwise the str keeps it
+  std::string_view m_View;
 };
 
 }  // namespace eHal::python

@@ -1,0 +1,373 @@
+#include "record_encoder.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "eArchive.h"
+#include "eBlob.h"
+#include "record_codec.h"
+#include "record_objects.h"
+
+namespace eHal::python {
+
+namespace {
+
+// The numbers a wire form carries without loss.
+struct NumberRange {
+  std::int64_t least;
+  std::uint64_t most;
+};
+
+NumberRange RangeOf(ENumberWire wire) {
+  switch (wire) {
+    case ENumberWire::kUnsigned8:
+      return {0, 0xFF};
+    case ENumberWire::kUnsigned16:
+      return {0, 0xFFFF};
+    case ENumberWire::kSigned32:
+    case ENumberWire::kSignedOutUnsignedIn:
+      return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
+    case ENumberWire::kUnsigned64:
+      return {0, std::numeric_limits<std::uint64_t>::max()};
+    case ENumberWire::kBool:
+      return {0, 1};
+    default:
+      return {0, std::numeric_limits<std::uint32_t>::max()};
+  }
+}
+
+// True when `given` is a number for a field of the wire form: an int, a bool only for kBool.
+bool IsNumberFor(PyObject* given, ENumberWire wire) {
+  return PyLong_Check(given) && (!PyBool_Check(given) || wire == ENumberWire::kBool);
+}
+
+// The Python int as the description keeps it (sign-extended for negative numbers), or nothing
+// when it lies outside the wire form's range.
+std::optional<std::uint64_t> InRange(PyObject* number, ENumberWire wire) {
+  const NumberRange range = RangeOf(wire);
+  int overflow = 0;
+  const long long value = PyLong_AsLongLongAndOverflow(number, &overflow);
+  if (overflow < 0) return std::nullopt;
+  if (overflow > 0) {
+    const unsigned long long large = PyLong_AsUnsignedLongLong(number);
+    if (PyErr_Occurred() != nullptr) {
+      PyErr_Clear();
+      return std::nullopt;
+    }
+    if (large > range.most) return std::nullopt;
+    return large;
+  }
+  if (value < range.least) return std::nullopt;
+  if (value >= 0 && static_cast<unsigned long long>(value) > range.most) return std::nullopt;
+  return static_cast<std::uint64_t>(value);
+}
+
+// A signature field: its name, as every record describes it.
+bool IsSignature(const ERecordValue& value) {
+  return value.kind == ERecordValue::Kind::kNumber && value.name == "Signature";
+}
+
+std::string TypeName(py::handle object) {
+  return Py_TYPE(object.ptr())->tp_name;
+}
+
+// Lays Python values over a record's description, keeping the path walked for messages and for
+// finding list items. It is the reference for what encode() takes: every check names the value
+// it refuses by its path from the record.
+class Overlayer {
+ public:
+  Overlayer(const ERecordClass& recordClass, ERecordValue& root)
+      : m_Class(recordClass), m_Root(root) {}
+
+  void Record(ERecordValue& record, py::handle fields, const std::string& where) {
+    if (!PyDict_Check(fields.ptr()))
+      throw py::type_error(where + ": a record is given as a dict, not " + TypeName(fields));
+    for (const auto& [key, given] : py::reinterpret_borrow<py::dict>(fields)) {
+      if (!PyUnicode_Check(key.ptr()))
+        throw py::type_error(where + ": field names are str, not " + TypeName(key));
+      const std::string name = key.cast<std::string>();
+      Field(record, name, given, where);
+    }
+  }
+
+ private:
+  void Field(ERecordValue& record, const std::string& name, py::handle given,
+             const std::string& where) {
+    for (std::size_t i = 0; i < record.items.size(); ++i) {
+      if (record.items[i].name != name) continue;
+      m_Path.push_back(i);
+      Value(record.items[i], given, where + "." + name);
+      m_Path.pop_back();
+      return;
+    }
+    std::vector<std::string> names;
+    for (const ERecordValue& field : record.items)
+      names.push_back(field.name);
+    throw py::key_error(UnknownNameMessage("field", where + "." + name,
+                                           ERecordRegistry::CloseNames(name, names),
+                                           "; its fields: " + Joined(names)));
+  }
+
+  void Value(ERecordValue& value, py::handle given, const std::string& where) {
+    switch (value.kind) {
+      case ERecordValue::Kind::kNumber:
+        return Number(value, given, where);
+      case ERecordValue::Kind::kText:
+        return Text(value, given, where);
+      case ERecordValue::Kind::kBytes:
+        value.bytes = std::string(BytesArgument(given, where.c_str()).View());
+        return;
+      case ERecordValue::Kind::kList:
+        return List(value, given, where);
+      case ERecordValue::Kind::kRecord:
+        return Record(value, given, where);
+    }
+  }
+
+  static void Number(ERecordValue& value, py::handle given, const std::string& where) {
+    if (!IsNumberFor(given.ptr(), value.wire))
+      throw py::type_error(where + ": a number is given as an int, not " + TypeName(given));
+    const std::optional<std::uint64_t> number = InRange(given.ptr(), value.wire);
+    if (!number)
+      throw py::value_error(where + ": " + py::str(given).cast<std::string>() +
+                            " is out of range for the field");
+    if (IsSignature(value) && *number != value.number)
+      throw py::value_error(where + ": the record writes signature " +
+                            std::to_string(value.number) + ", not " +
+                            py::str(given).cast<std::string>());
+    value.number = *number;
+  }
+
+  static void Text(ERecordValue& value, py::handle given, const std::string& where) {
+    if (!PyUnicode_Check(given.ptr()))
+      throw py::type_error(where + ": a text is given as a str, not " + TypeName(given));
+    value.bytes = std::string(TextArgument(given).View());
+  }
+
+  void List(ERecordValue& list, py::handle given, const std::string& where) {
+    if (!PyList_Check(given.ptr()) && !PyTuple_Check(given.ptr()))
+      throw py::type_error(where + ": a list is given as a list, not " + TypeName(given));
+    const py::sequence items = py::reinterpret_borrow<py::sequence>(given);
+    const std::size_t count = items.size();
+    if (list.countWire == ECountWire::kFixed && count != list.items.size())
+      throw py::value_error(where + ": this list has exactly " + std::to_string(list.items.size()) +
+                            " items, not " + std::to_string(count));
+    if (count > list.items.size()) Grow(list, count, where);
+    list.items.resize(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      m_Path.push_back(i);
+      Value(list.items[i], items[i], where + "[" + std::to_string(i) + "]");
+      m_Path.pop_back();
+    }
+  }
+
+  // Adds fresh items to the list up to `count`, shaped as the record describes one.
+  void Grow(ERecordValue& list, std::size_t count, const std::string& where) {
+    const std::optional<ERecordValue> item = ListItem(m_Class, m_Root, m_Path);
+    if (!item) throw py::value_error(where + ": the record's list items cannot be told");
+    list.items.resize(count, *item);
+  }
+
+  static std::string Joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+      text += (text.empty() ? "" : " ") + name;
+    return text;
+  }
+
+  const ERecordClass& m_Class;
+  ERecordValue& m_Root;
+  std::vector<std::size_t> m_Path;  // indices from the root to the value being laid over
+};
+
+// One value of a record as the compiled encoder writes it: its kind and wire form, the bytes of
+// the fresh record's value (written for a field left out) and, for a record, its fields.
+struct EncoderNode;
+
+struct EncoderField {
+  py::object key;  // the field's name, interned; null for a name an earlier field has
+  std::unique_ptr<EncoderNode> node;
+};
+
+struct EncoderNode {
+  ERecordValue::Kind kind = ERecordValue::Kind::kRecord;
+  ENumberWire wire = ENumberWire::kUnsigned32;
+  std::optional<std::uint64_t> signature;  // the one number a signature field takes
+  std::string fresh;
+  std::vector<EncoderField> fields;
+};
+
+bool NamedBefore(const ERecordValue& record, std::size_t index) {
+  for (std::size_t i = 0; i < index; ++i) {
+    if (record.items[i].name == record.items[index].name) return true;
+  }
+  return false;
+}
+
+// The encoder of a value of a fresh record. Only the first of two fields of one name takes a
+// given value, as in the overlay.
+std::unique_ptr<EncoderNode> Compile(const ERecordValue& fresh) {
+  auto node = std::make_unique<EncoderNode>();
+  node->kind = fresh.kind;
+  node->wire = fresh.wire;
+  if (IsSignature(fresh)) node->signature = fresh.number;
+  node->fresh = Written(fresh);
+  if (fresh.kind != ERecordValue::Kind::kRecord) return node;
+  for (std::size_t i = 0; i < fresh.items.size(); ++i) {
+    const ERecordValue& item = fresh.items[i];
+    py::object key;
+    if (!NamedBefore(fresh, i))
+      key = py::reinterpret_steal<py::object>(PyUnicode_InternFromString(item.name.c_str()));
+    node->fields.push_back({std::move(key), Compile(item)});
+  }
+  return node;
+}
+
+// The compiled encoder of the class, made on its first use and kept for the process (the caller
+// holds the GIL, which guards the table).
+const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
+  // Never destroyed: its Python keys must not be released after the interpreter ends.
+  static auto* const encoders = new std::map<const ERecordClass*, std::unique_ptr<EncoderNode>>();
+  std::unique_ptr<EncoderNode>& encoder = (*encoders)[&recordClass];
+  if (encoder == nullptr) encoder = Compile(FreshValue(recordClass));
+  return *encoder;
+}
+
+// Writes one number as a description of the wire form writes it.
+void WriteNumber(EArchive& out, ENumberWire wire, std::uint64_t number) {
+  ERecordValue value;
+  value.kind = ERecordValue::Kind::kNumber;
+  value.wire = wire;
+  value.number = number;
+  value.Write(out);
+}
+
+// Writes bytes in a blob's archive form, through a blob the thread keeps, so that a call does
+// not allocate one.
+void WriteBlob(EArchive& out, std::string_view bytes) {
+  constexpr unsigned int kLargestKept = 1u << 20;
+  thread_local EBlob blob;
+  blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
+  out << blob;
+  if (blob.Room() > kLargestKept) EBlob().Swap(blob);
+}
+
+bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out);
+
+// The place of the field that `key` names among the record's fields, trying `next` first (a dict
+// in archive order, as a decoded one, names them in turn): by identity, as the interned names
+// are, else by text, as the overlay compares names. Null for a key that names no field.
+std::optional<std::size_t> FieldNamed(const EncoderNode& record, PyObject* key, std::size_t next) {
+  const std::vector<EncoderField>& fields = record.fields;
+  if (next < fields.size() && fields[next].key.ptr() == key) return next;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].key.ptr() == key) return i;
+  }
+  if (!PyUnicode_Check(key)) return std::nullopt;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (fields[i].key && PyUnicode_Compare(fields[i].key.ptr(), key) == 0) return i;
+  }
+  PyErr_Clear();  // a comparison that failed on a malformed str names no field either
+  return std::nullopt;
+}
+
+// The values a dict gives a record's fields, by the fields' places: on the stack for the usual
+// record.
+class GivenValues {
+ public:
+  explicit GivenValues(std::size_t count) {
+    if (count > m_Few.size()) m_Many.resize(count);
+    m_Values = count > m_Few.size() ? m_Many.data() : m_Few.data();
+  }
+  PyObject*& operator[](std::size_t index) { return m_Values[index]; }
+
+ private:
+  std::array<PyObject*, 32> m_Few{};
+  std::vector<PyObject*> m_Many;
+  PyObject** m_Values;
+};
+
+// Writes the fields of a record, given or fresh, in archive order. False for anything but a dict,
+// for a key that names no field and for two keys of one field (both of which the overlay takes
+// in turn), which the overlay then names.
+bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
+  if (!PyDict_Check(fields)) return false;
+  GivenValues given(node.fields.size());
+  Py_ssize_t position = 0;
+  PyObject* key = nullptr;
+  PyObject* value = nullptr;
+  std::size_t next = 0;
+  while (PyDict_Next(fields, &position, &key, &value)) {
+    const std::optional<std::size_t> field = FieldNamed(node, key, next);
+    if (!field || given[*field] != nullptr) return false;
+    given[*field] = value;
+    next = *field + 1;
+  }
+  for (std::size_t i = 0; i < node.fields.size(); ++i) {
+    const EncoderNode& field = *node.fields[i].node;
+    if (given[i] != nullptr) {
+      if (!EncodeValue(field, given[i], out)) return false;
+      continue;
+    }
+    out.Append(static_cast<unsigned int>(field.fresh.size()),
+               reinterpret_cast<const unsigned char*>(field.fresh.data()));
+  }
+  return true;
+}
+
+// Writes `given` as the value `node` describes, with the overlay's checks; false when it does not
+// pass them, or for a list, whose items the overlay shapes.
+bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
+  switch (node.kind) {
+    case ERecordValue::Kind::kNumber: {
+      if (!IsNumberFor(given, node.wire)) return false;
+      const std::optional<std::uint64_t> number = InRange(given, node.wire);
+      if (!number || (node.signature && *number != *node.signature)) return false;
+      WriteNumber(out, node.wire, *number);
+      return true;
+    }
+    case ERecordValue::Kind::kText:
+      if (!PyUnicode_Check(given)) return false;
+      out << std::string(TextArgument(given).View());
+      return true;
+    case ERecordValue::Kind::kBytes: {
+      if (!PyBytes_Check(given) && !PyObject_CheckBuffer(given)) return false;
+      WriteBlob(out, BytesArgument(given, "").View());
+      return true;
+    }
+    case ERecordValue::Kind::kRecord:
+      return EncodeRecord(node, given, out);
+    case ERecordValue::Kind::kList:
+      return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
+  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
+}
+
+py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
+  {
+    StoringArchive out;
+    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), out.Archive())) {
+      const std::size_t size = out.Bytes().size();
+      if (KeepsWritten(recordClass, out.Archive())) return py::bytes(out.Bytes().data(), size);
+    }
+  }
+  // The overlay names what the encoder did not take; it writes what the encoder leaves to it.
+  ERecordValue value = FreshValue(recordClass);
+  Overlay(recordClass, value, fields);
+  return py::bytes(Encode(recordClass, value));
+}
+
+}  // namespace eHal::python
