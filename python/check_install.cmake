@@ -6,7 +6,7 @@ execute_process(COMMAND ${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${WORK
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "install failed: ${out}")
 endif()
-foreach(file ehal.pyi)
+foreach(file ehal.pyi py.typed)
   if(NOT EXISTS ${WORK_DIR}/${MODULE_DIR}/${file})
     message(FATAL_ERROR "${MODULE_DIR}/${file} not installed")
   endif()
