@@ -1,10 +1,10 @@
 #include "record_encoder.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -188,13 +188,9 @@ class Overlayer {
 };
 
 // One value of a record as the compiled encoder writes it: its kind and wire form, the bytes of
-// the fresh record's value (written for a field left out) and, for a record, its fields.
-struct EncoderNode;
-
-struct EncoderField {
-  py::object key;  // the field's name, interned; null for a name an earlier field has
-  std::unique_ptr<EncoderNode> node;
-};
+// the fresh record's value (written for a field left out) and, for a record, its fields, held in
+// place so that a record's fields lie together.
+struct EncoderField;
 
 struct EncoderNode {
   ERecordValue::Kind kind = ERecordValue::Kind::kRecord;
@@ -202,6 +198,11 @@ struct EncoderNode {
   std::optional<std::uint64_t> signature;  // the one number a signature field takes
   std::string fresh;
   std::vector<EncoderField> fields;
+};
+
+struct EncoderField {
+  py::object key;  // the field's name, interned; null for a name an earlier field has
+  EncoderNode node;
 };
 
 bool NamedBefore(const ERecordValue& record, std::size_t index) {
@@ -213,19 +214,19 @@ bool NamedBefore(const ERecordValue& record, std::size_t index) {
 
 // The encoder of a value of a fresh record. Only the first of two fields of one name takes a
 // given value, as in the overlay.
-std::unique_ptr<EncoderNode> Compile(const ERecordValue& fresh) {
-  auto node = std::make_unique<EncoderNode>();
-  node->kind = fresh.kind;
-  node->wire = fresh.wire;
-  if (IsSignature(fresh)) node->signature = fresh.number;
-  node->fresh = Written(fresh);
+EncoderNode Compile(const ERecordValue& fresh) {
+  EncoderNode node;
+  node.kind = fresh.kind;
+  node.wire = fresh.wire;
+  if (IsSignature(fresh)) node.signature = fresh.number;
+  node.fresh = Written(fresh);
   if (fresh.kind != ERecordValue::Kind::kRecord) return node;
   for (std::size_t i = 0; i < fresh.items.size(); ++i) {
     const ERecordValue& item = fresh.items[i];
     py::object key;
     if (!NamedBefore(fresh, i))
       key = py::reinterpret_steal<py::object>(PyUnicode_InternFromString(item.name.c_str()));
-    node->fields.push_back({std::move(key), Compile(item)});
+    node.fields.push_back({std::move(key), Compile(item)});
   }
   return node;
 }
@@ -234,10 +235,10 @@ std::unique_ptr<EncoderNode> Compile(const ERecordValue& fresh) {
 // holds the GIL, which guards the table).
 const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
   // Never destroyed: its Python keys must not be released after the interpreter ends.
-  static auto* const encoders = new std::map<const ERecordClass*, std::unique_ptr<EncoderNode>>();
-  std::unique_ptr<EncoderNode>& encoder = (*encoders)[&recordClass];
-  if (encoder == nullptr) encoder = Compile(FreshValue(recordClass));
-  return *encoder;
+  static auto* const encoders = new std::map<const ERecordClass*, EncoderNode>();
+  const auto found = encoders->find(&recordClass);
+  if (found != encoders->end()) return found->second;
+  return encoders->emplace(&recordClass, Compile(FreshValue(recordClass))).first->second;
 }
 
 // Writes one number as a description of the wire form writes it.
@@ -285,11 +286,12 @@ class GivenValues {
   explicit GivenValues(std::size_t count) {
     if (count > m_Few.size()) m_Many.resize(count);
     m_Values = count > m_Few.size() ? m_Many.data() : m_Few.data();
+    std::fill_n(m_Values, count, nullptr);
   }
   PyObject*& operator[](std::size_t index) { return m_Values[index]; }
 
  private:
-  std::array<PyObject*, 32> m_Few{};
+  std::array<PyObject*, 32> m_Few;  // set as far as the record's fields go
   std::vector<PyObject*> m_Many;
   PyObject** m_Values;
 };
@@ -311,7 +313,7 @@ bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
     next = *field + 1;
   }
   for (std::size_t i = 0; i < node.fields.size(); ++i) {
-    const EncoderNode& field = *node.fields[i].node;
+    const EncoderNode& field = node.fields[i].node;
     if (given[i] != nullptr) {
       if (!EncodeValue(field, given[i], out)) return false;
       continue;
