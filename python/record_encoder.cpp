@@ -231,6 +231,12 @@ EncoderNode Compile(const ERecordValue& fresh) {
   return node;
 }
 
+// Replaces the values of `value`, the description of a record of `recordClass`, by those `fields`
+// gives, with the checks and errors of EncodeFields.
+void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
+  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
+}
+
 // The compiled encoder of the class, made on its first use and kept for the process (the caller
 // holds the GIL, which guards the table).
 const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
@@ -354,10 +360,11 @@ bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
 
 }  // namespace
 
-void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
-  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
-}
-
+// The encoder writes what the overlay of the same dict would: the fresh bytes of each field left
+// out, and the given values after the overlay's own checks, so the bytes are those the overlay
+// writes. Whether the record keeps them is still asked of its own reader on every call: a
+// description does not tell a field kept as given from one a record sets through code of its own
+// (an address cut to its type's length, say), so no class is taken to keep every value unread.
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
   {
     StoringArchive out;

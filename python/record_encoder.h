@@ -7,7 +7,6 @@
 #include <pybind11/pybind11.h>
 
 #include "eRecordRegistry.h"
-#include "eRecordValue.h"
 
 namespace eHal::python {
 
@@ -19,9 +18,5 @@ namespace py = pybind11;
 // signature other than the record's ValueError, and a value the record does not keep BadInput
 // naming the first difference.
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields);
-
-// Replaces the values of `value`, the description of a record of `recordClass`, by those
-// `fields` gives, with the checks and errors of EncodeFields.
-void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields);
 
 }  // namespace eHal::python
