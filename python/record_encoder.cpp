@@ -205,6 +205,7 @@ struct EncoderField {
   EncoderNode node;
 };
 
+// True when a field before the one at `index` has its name.
 bool NamedBefore(const ERecordValue& record, std::size_t index) {
   for (std::size_t i = 0; i < index; ++i) {
     if (record.items[i].name == record.items[index].name) return true;
@@ -224,8 +225,10 @@ EncoderNode Compile(const ERecordValue& fresh) {
   for (std::size_t i = 0; i < fresh.items.size(); ++i) {
     const ERecordValue& item = fresh.items[i];
     py::object key;
-    if (!NamedBefore(fresh, i))
+    if (!NamedBefore(fresh, i)) {
       key = py::reinterpret_steal<py::object>(PyUnicode_InternFromString(item.name.c_str()));
+      if (!key) throw py::error_already_set();
+    }
     node.fields.push_back({std::move(key), Compile(item)});
   }
   return node;
