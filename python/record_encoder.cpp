@@ -250,26 +250,41 @@ const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
   return encoders->emplace(&recordClass, Compile(FreshValue(recordClass))).first->second;
 }
 
-// Writes one number as a description of the wire form writes it.
-void WriteNumber(EArchive& out, ENumberWire wire, std::uint64_t number) {
-  ERecordValue value;
-  value.kind = ERecordValue::Kind::kNumber;
-  value.wire = wire;
-  value.number = number;
-  value.Write(out);
-}
+// Where the encoder writes its values: an archive, each in the form its description writes.
+class ValueWriter {
+ public:
+  explicit ValueWriter(EArchive& archive) : m_Archive(archive) {
+    m_Number.kind = ERecordValue::Kind::kNumber;
+  }
 
-// Writes bytes in a blob's archive form, through a blob the thread keeps, so that a call does
-// not allocate one.
-void WriteBlob(EArchive& out, std::string_view bytes) {
-  constexpr unsigned int kLargestKept = 1u << 20;
-  thread_local EBlob blob;
-  blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
-  out << blob;
-  if (blob.Room() > kLargestKept) EBlob().Swap(blob);
-}
+  // A number, through one description reused for every number of the call.
+  void Number(ENumberWire wire, std::uint64_t number) {
+    m_Number.wire = wire;
+    m_Number.number = number;
+    m_Number.Write(m_Archive);
+  }
+  void Text(std::string_view text) { m_Archive << std::string(text); }
+  // Bytes in a blob's archive form, through a blob the thread keeps, so that a call does not
+  // allocate one.
+  void Blob(std::string_view bytes) {
+    constexpr unsigned int kLargestKept = 1u << 20;
+    thread_local EBlob blob;
+    blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
+    m_Archive << blob;
+    if (blob.Room() > kLargestKept) EBlob().Swap(blob);
+  }
+  // Bytes written before, as they are.
+  void Written(const std::string& bytes) {
+    m_Archive.Append(static_cast<unsigned int>(bytes.size()),
+                     reinterpret_cast<const unsigned char*>(bytes.data()));
+  }
 
-bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out);
+ private:
+  EArchive& m_Archive;
+  ERecordValue m_Number;
+};
+
+bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out);
 
 // The place of the field that `key` names among the record's fields, trying `next` first (a dict
 // in archive order, as a decoded one, names them in turn): by identity, as the interned names
@@ -308,7 +323,7 @@ class GivenValues {
 // Writes the fields of a record, given or fresh, in archive order. False for anything but a dict,
 // for a key that names no field and for two keys of one field (both of which the overlay takes
 // in turn), which the overlay then names.
-bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
+bool EncodeRecord(const EncoderNode& node, PyObject* fields, ValueWriter& out) {
   if (!PyDict_Check(fields)) return false;
   GivenValues given(node.fields.size());
   Py_ssize_t position = 0;
@@ -327,30 +342,29 @@ bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
       if (!EncodeValue(field, given[i], out)) return false;
       continue;
     }
-    out.Append(static_cast<unsigned int>(field.fresh.size()),
-               reinterpret_cast<const unsigned char*>(field.fresh.data()));
+    out.Written(field.fresh);
   }
   return true;
 }
 
 // Writes `given` as the value `node` describes, with the overlay's checks; false when it does not
 // pass them, or for a list, whose items the overlay shapes.
-bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
+bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out) {
   switch (node.kind) {
     case ERecordValue::Kind::kNumber: {
       if (!IsNumberFor(given, node.wire)) return false;
       const std::optional<std::uint64_t> number = InRange(given, node.wire);
       if (!number || (node.signature && *number != *node.signature)) return false;
-      WriteNumber(out, node.wire, *number);
+      out.Number(node.wire, *number);
       return true;
     }
     case ERecordValue::Kind::kText:
       if (!PyUnicode_Check(given)) return false;
-      out << std::string(TextArgument(given).View());
+      out.Text(TextArgument(given).View());
       return true;
     case ERecordValue::Kind::kBytes: {
       if (!PyBytes_Check(given) && !PyObject_CheckBuffer(given)) return false;
-      WriteBlob(out, BytesArgument(given, "").View());
+      out.Blob(BytesArgument(given, "").View());
       return true;
     }
     case ERecordValue::Kind::kRecord:
@@ -371,7 +385,8 @@ bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
   {
     StoringArchive out;
-    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), out.Archive())) {
+    ValueWriter writer(out.Archive());
+    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), writer)) {
       const std::size_t size = out.Bytes().size();
       if (KeepsWritten(recordClass, out.Archive())) return py::bytes(out.Bytes().data(), size);
     }
