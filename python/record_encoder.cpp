@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -188,8 +189,8 @@ class Overlayer {
 };
 
 // One value of a record as the compiled encoder writes it: its kind and wire form, the bytes of
-// the fresh record's value (written for a field left out) and, for a record, its fields, held in
-// place so that a record's fields lie together.
+// the fresh record's value (written for a field left out), for a record its fields (held in place,
+// so that a record's fields lie together), for a list its items.
 struct EncoderField;
 
 struct EncoderNode {
@@ -198,6 +199,9 @@ struct EncoderNode {
   std::optional<std::uint64_t> signature;  // the one number a signature field takes
   std::string fresh;
   std::vector<EncoderField> fields;
+  ECountWire countWire = ECountWire::kUnsigned64;
+  std::vector<EncoderNode> items;      // the fresh list's items
+  std::unique_ptr<EncoderNode> grown;  // an item beyond them; null where the overlay tells it
 };
 
 struct EncoderField {
@@ -213,15 +217,33 @@ bool NamedBefore(const ERecordValue& record, std::size_t index) {
   return false;
 }
 
-// The encoder of a value of a fresh record. Only the first of two fields of one name takes a
-// given value, as in the overlay.
-EncoderNode Compile(const ERecordValue& fresh) {
-  EncoderNode node;
-  node.kind = fresh.kind;
-  node.wire = fresh.wire;
-  if (IsSignature(fresh)) node.signature = fresh.number;
-  node.fresh = Written(fresh);
-  if (fresh.kind != ERecordValue::Kind::kRecord) return node;
+// Where a value lies in the fresh record of a class, for telling the items of its lists.
+struct FreshPlace {
+  const ERecordClass& recordClass;
+  const ERecordValue& record;
+  std::vector<std::size_t> path;  // indices from the record to the value
+};
+
+EncoderNode Compile(const ERecordValue& fresh, FreshPlace* place);
+
+// The items of a list: those of the fresh list, and one for the items beyond them, shaped as the
+// overlay shapes one. Inside such an item (no `place`) a list's further items are left to the
+// overlay.
+void CompileItems(EncoderNode& list, const ERecordValue& fresh, FreshPlace* place) {
+  list.countWire = fresh.countWire;
+  for (std::size_t i = 0; i < fresh.items.size(); ++i) {
+    if (place != nullptr) place->path.push_back(i);
+    list.items.push_back(Compile(fresh.items[i], place));
+    if (place != nullptr) place->path.pop_back();
+  }
+  if (place == nullptr) return;
+  const std::optional<ERecordValue> item = ListItem(place->recordClass, place->record, place->path);
+  if (item) list.grown = std::make_unique<EncoderNode>(Compile(*item, nullptr));
+}
+
+// The fields of a record. Only the first of two fields of one name takes a given value, as in the
+// overlay.
+void CompileFields(EncoderNode& record, const ERecordValue& fresh, FreshPlace* place) {
   for (std::size_t i = 0; i < fresh.items.size(); ++i) {
     const ERecordValue& item = fresh.items[i];
     py::object key;
@@ -229,8 +251,21 @@ EncoderNode Compile(const ERecordValue& fresh) {
       key = py::reinterpret_steal<py::object>(PyUnicode_InternFromString(item.name.c_str()));
       if (!key) throw py::error_already_set();
     }
-    node.fields.push_back({std::move(key), Compile(item)});
+    if (place != nullptr) place->path.push_back(i);
+    record.fields.push_back({std::move(key), Compile(item, place)});
+    if (place != nullptr) place->path.pop_back();
   }
+}
+
+// The encoder of a value of a fresh record, at `place` in it.
+EncoderNode Compile(const ERecordValue& fresh, FreshPlace* place) {
+  EncoderNode node;
+  node.kind = fresh.kind;
+  node.wire = fresh.wire;
+  if (IsSignature(fresh)) node.signature = fresh.number;
+  node.fresh = Written(fresh);
+  if (fresh.kind == ERecordValue::Kind::kRecord) CompileFields(node, fresh, place);
+  if (fresh.kind == ERecordValue::Kind::kList) CompileItems(node, fresh, place);
   return node;
 }
 
@@ -247,7 +282,9 @@ const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
   static auto* const encoders = new std::map<const ERecordClass*, EncoderNode>();
   const auto found = encoders->find(&recordClass);
   if (found != encoders->end()) return found->second;
-  return encoders->emplace(&recordClass, Compile(FreshValue(recordClass))).first->second;
+  const ERecordValue& fresh = FreshValue(recordClass);
+  FreshPlace place{recordClass, fresh, {}};
+  return encoders->emplace(&recordClass, Compile(fresh, &place)).first->second;
 }
 
 // Where the encoder writes its values: an archive, each in the form its description writes.
@@ -272,6 +309,25 @@ class ValueWriter {
     blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
     m_Archive << blob;
     if (blob.Room() > kLargestKept) EBlob().Swap(blob);
+  }
+  // A list's count as a description writes it, in the count's own form; nothing for a list
+  // without one.
+  void Count(ECountWire countWire, std::size_t count) {
+    switch (countWire) {
+      case ECountWire::kUnsigned64:
+        return Number(ENumberWire::kUnsigned64, count);
+      case ECountWire::kUnsigned32:
+        return Number(ENumberWire::kUnsigned32, count);
+      case ECountWire::kSigned32:
+        return Number(ENumberWire::kSigned32, count);
+      case ECountWire::kFixed:
+      case ECountWire::kZeroEnded:
+        return;
+    }
+  }
+  // What follows a list's items: the 0 of a zero-ended one.
+  void ListEnd(ECountWire countWire) {
+    if (countWire == ECountWire::kZeroEnded) Number(ENumberWire::kUnsigned32, 0);
   }
   // Bytes written before, as they are.
   void Written(const std::string& bytes) {
@@ -347,8 +403,25 @@ bool EncodeRecord(const EncoderNode& node, PyObject* fields, ValueWriter& out) {
   return true;
 }
 
+// Writes the items of a list, given as a list or tuple: the fresh list's own for as many as it has,
+// then fresh ones. False where the overlay would refuse the count, or where it tells the items.
+bool EncodeList(const EncoderNode& node, PyObject* given, ValueWriter& out) {
+  if (!PyList_Check(given) && !PyTuple_Check(given)) return false;
+  const auto count = static_cast<std::size_t>(PySequence_Fast_GET_SIZE(given));
+  const std::size_t fresh = node.items.size();
+  if (node.countWire == ECountWire::kFixed && count != fresh) return false;
+  if (count > fresh && node.grown == nullptr) return false;
+  out.Count(node.countWire, count);
+  PyObject** const items = PySequence_Fast_ITEMS(given);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!EncodeValue(i < fresh ? node.items[i] : *node.grown, items[i], out)) return false;
+  }
+  out.ListEnd(node.countWire);
+  return true;
+}
+
 // Writes `given` as the value `node` describes, with the overlay's checks; false when it does not
-// pass them, or for a list, whose items the overlay shapes.
+// pass them.
 bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out) {
   switch (node.kind) {
     case ERecordValue::Kind::kNumber: {
@@ -370,7 +443,7 @@ bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out) {
     case ERecordValue::Kind::kRecord:
       return EncodeRecord(node, given, out);
     case ERecordValue::Kind::kList:
-      return false;
+      return EncodeList(node, given, out);
   }
   return false;
 }

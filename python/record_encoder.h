@@ -1,7 +1,7 @@
 // Records built from Python dicts. Each class's fresh description is compiled once into an encoder
 // that writes a dict's values straight into archive bytes; whatever it does not take as it stands
-// (a value in error, a list) goes through the overlay of the fresh description, which names the
-// error, so both ways give the same bytes and the same exceptions.
+// (a value in error, items inside a list's added item) goes through the overlay of the fresh
+// description, which names the error, so both ways give the same bytes and the same exceptions.
 #pragma once
 
 #include <pybind11/pybind11.h>
