@@ -73,6 +73,10 @@ class CMakeBuild(build_ext):
         shutil.copyfile(ROOT / "python" / "py.typed", target.parent / "py.typed")
 
 
+# setuptools' own folders go under build/pip, beside the CMake presets' build folders.
+BUILD_BASE = "build/pip"
+os.makedirs(ROOT / BUILD_BASE, exist_ok=True)
+
 setup(
     version=project_version(),
     # The only content is the compiled module, its stubs and marker: no Python packages.
@@ -80,7 +84,6 @@ setup(
     py_modules=[],
     ext_modules=[CMakeExtension("ehal")],
     cmdclass={"build_ext": CMakeBuild},
-    # setuptools' own folders go under build/pip, beside the CMake presets' build folders.
-    options={"build": {"build_base": "build/pip"}},
+    options={"build": {"build_base": BUILD_BASE}, "egg_info": {"egg_base": BUILD_BASE}},
     zip_safe=False,
 )

@@ -1,7 +1,8 @@
 // The Python module's work on records, free of Python: reading one record of a registered class
 // from archive bytes into its description, writing a description back through the record's own
 // reader and writer, and making a fresh item of a list from the class's description. Serialisation
-// errors become exceptions here, on the threads inside the module only.
+// errors become exceptions here, on the threads inside the module only. The archives used are
+// the thread's spare ones, so that a call allocates none after the first.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,6 @@
 #include "record_encoder.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -188,13 +189,9 @@ class Overlayer {
 };
 
 // One value of a record as the compiled encoder writes it: its kind and wire form, the bytes of
-// the fresh record's value (written for a field left out) and, for a record, its fields.
-struct EncoderNode;
-
-struct EncoderField {
-  py::object key;  // the field's name, interned; null for a name an earlier field has
-  std::unique_ptr<EncoderNode> node;
-};
+// the fresh record's value (written for a field left out), for a record its fields (held in place,
+// so that a record's fields lie together), for a list its items.
+struct EncoderField;
 
 struct EncoderNode {
   ERecordValue::Kind kind = ERecordValue::Kind::kRecord;
@@ -202,8 +199,17 @@ struct EncoderNode {
   std::optional<std::uint64_t> signature;  // the one number a signature field takes
   std::string fresh;
   std::vector<EncoderField> fields;
+  ECountWire countWire = ECountWire::kUnsigned64;
+  std::vector<EncoderNode> items;      // the fresh list's items
+  std::unique_ptr<EncoderNode> grown;  // an item beyond them; null where the overlay tells it
 };
 
+struct EncoderField {
+  py::object key;  // the field's name, interned; null for a name an earlier field has
+  EncoderNode node;
+};
+
+// True when a field before the one at `index` has its name.
 bool NamedBefore(const ERecordValue& record, std::size_t index) {
   for (std::size_t i = 0; i < index; ++i) {
     if (record.items[i].name == record.items[index].name) return true;
@@ -211,55 +217,130 @@ bool NamedBefore(const ERecordValue& record, std::size_t index) {
   return false;
 }
 
-// The encoder of a value of a fresh record. Only the first of two fields of one name takes a
-// given value, as in the overlay.
-std::unique_ptr<EncoderNode> Compile(const ERecordValue& fresh) {
-  auto node = std::make_unique<EncoderNode>();
-  node->kind = fresh.kind;
-  node->wire = fresh.wire;
-  if (IsSignature(fresh)) node->signature = fresh.number;
-  node->fresh = Written(fresh);
-  if (fresh.kind != ERecordValue::Kind::kRecord) return node;
+// Where a value lies in the fresh record of a class, for telling the items of its lists.
+struct FreshPlace {
+  const ERecordClass& recordClass;
+  const ERecordValue& record;
+  std::vector<std::size_t> path;  // indices from the record to the value
+};
+
+EncoderNode Compile(const ERecordValue& fresh, FreshPlace* place);
+
+// The items of a list: those of the fresh list, and one for the items beyond them, shaped as the
+// overlay shapes one. Inside such an item (no `place`) a list's further items are left to the
+// overlay.
+void CompileItems(EncoderNode& list, const ERecordValue& fresh, FreshPlace* place) {
+  list.countWire = fresh.countWire;
+  for (std::size_t i = 0; i < fresh.items.size(); ++i) {
+    if (place != nullptr) place->path.push_back(i);
+    list.items.push_back(Compile(fresh.items[i], place));
+    if (place != nullptr) place->path.pop_back();
+  }
+  if (place == nullptr) return;
+  const std::optional<ERecordValue> item = ListItem(place->recordClass, place->record, place->path);
+  if (item) list.grown = std::make_unique<EncoderNode>(Compile(*item, nullptr));
+}
+
+// The fields of a record. Only the first of two fields of one name takes a given value, as in the
+// overlay.
+void CompileFields(EncoderNode& record, const ERecordValue& fresh, FreshPlace* place) {
   for (std::size_t i = 0; i < fresh.items.size(); ++i) {
     const ERecordValue& item = fresh.items[i];
     py::object key;
-    if (!NamedBefore(fresh, i))
+    if (!NamedBefore(fresh, i)) {
       key = py::reinterpret_steal<py::object>(PyUnicode_InternFromString(item.name.c_str()));
-    node->fields.push_back({std::move(key), Compile(item)});
+      if (!key) throw py::error_already_set();
+    }
+    if (place != nullptr) place->path.push_back(i);
+    record.fields.push_back({std::move(key), Compile(item, place)});
+    if (place != nullptr) place->path.pop_back();
   }
+}
+
+// The encoder of a value of a fresh record, at `place` in it.
+EncoderNode Compile(const ERecordValue& fresh, FreshPlace* place) {
+  EncoderNode node;
+  node.kind = fresh.kind;
+  node.wire = fresh.wire;
+  if (IsSignature(fresh)) node.signature = fresh.number;
+  node.fresh = Written(fresh);
+  if (fresh.kind == ERecordValue::Kind::kRecord) CompileFields(node, fresh, place);
+  if (fresh.kind == ERecordValue::Kind::kList) CompileItems(node, fresh, place);
   return node;
+}
+
+// Replaces the values of `value`, the description of a record of `recordClass`, by those `fields`
+// gives, with the checks and errors of EncodeFields.
+void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
+  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
 }
 
 // The compiled encoder of the class, made on its first use and kept for the process (the caller
 // holds the GIL, which guards the table).
 const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
   // Never destroyed: its Python keys must not be released after the interpreter ends.
-  static auto* const encoders = new std::map<const ERecordClass*, std::unique_ptr<EncoderNode>>();
-  std::unique_ptr<EncoderNode>& encoder = (*encoders)[&recordClass];
-  if (encoder == nullptr) encoder = Compile(FreshValue(recordClass));
-  return *encoder;
+  static auto* const encoders = new std::map<const ERecordClass*, EncoderNode>();
+  const auto found = encoders->find(&recordClass);
+  if (found != encoders->end()) return found->second;
+  const ERecordValue& fresh = FreshValue(recordClass);
+  FreshPlace place{recordClass, fresh, {}};
+  return encoders->emplace(&recordClass, Compile(fresh, &place)).first->second;
 }
 
-// Writes one number as a description of the wire form writes it.
-void WriteNumber(EArchive& out, ENumberWire wire, std::uint64_t number) {
-  ERecordValue value;
-  value.kind = ERecordValue::Kind::kNumber;
-  value.wire = wire;
-  value.number = number;
-  value.Write(out);
-}
+// Where the encoder writes its values: an archive, each in the form its description writes.
+class ValueWriter {
+ public:
+  explicit ValueWriter(EArchive& archive) : m_Archive(archive) {
+    m_Number.kind = ERecordValue::Kind::kNumber;
+  }
 
-// Writes bytes in a blob's archive form, through a blob the thread keeps, so that a call does
-// not allocate one.
-void WriteBlob(EArchive& out, std::string_view bytes) {
-  constexpr unsigned int kLargestKept = 1u << 20;
-  thread_local EBlob blob;
-  blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
-  out << blob;
-  if (blob.Room() > kLargestKept) EBlob().Swap(blob);
-}
+  // A number, through one description reused for every number of the call.
+  void Number(ENumberWire wire, std::uint64_t number) {
+    m_Number.wire = wire;
+    m_Number.number = number;
+    m_Number.Write(m_Archive);
+  }
+  void Text(std::string_view text) { m_Archive << std::string(text); }
+  // Bytes in a blob's archive form, through a blob the thread keeps, so that a call does not
+  // allocate one.
+  void Blob(std::string_view bytes) {
+    constexpr unsigned int kLargestKept = 1u << 20;
+    thread_local EBlob blob;
+    blob.SetData(bytes.data(), static_cast<unsigned int>(bytes.size()));
+    m_Archive << blob;
+    if (blob.Room() > kLargestKept) EBlob().Swap(blob);
+  }
+  // A list's count as a description writes it, in the count's own form; nothing for a list
+  // without one.
+  void Count(ECountWire countWire, std::size_t count) {
+    switch (countWire) {
+      case ECountWire::kUnsigned64:
+        return Number(ENumberWire::kUnsigned64, count);
+      case ECountWire::kUnsigned32:
+        return Number(ENumberWire::kUnsigned32, count);
+      case ECountWire::kSigned32:
+        return Number(ENumberWire::kSigned32, count);
+      case ECountWire::kFixed:
+      case ECountWire::kZeroEnded:
+        return;
+    }
+  }
+  // What follows a list's items: the 0 of a zero-ended one.
+  void ListEnd(ECountWire countWire) {
+    if (countWire == ECountWire::kZeroEnded) Number(ENumberWire::kUnsigned32, 0);
+  }
+  // Bytes written before, as they are.
+  void Written(const std::string& bytes) {
+    m_Archive.Append(static_cast<unsigned int>(bytes.size()),
+                     reinterpret_cast<const unsigned char*>(bytes.data()));
+  }
 
-bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out);
+ private:
+  EArchive& m_Archive;
+  ERecordValue m_Number;
+};
+
+bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out);
 
 // The place of the field that `key` names among the record's fields, trying `next` first (a dict
 // in archive order, as a decoded one, names them in turn): by identity, as the interned names
@@ -285,11 +366,12 @@ class GivenValues {
   explicit GivenValues(std::size_t count) {
     if (count > m_Few.size()) m_Many.resize(count);
     m_Values = count > m_Few.size() ? m_Many.data() : m_Few.data();
+    std::fill_n(m_Values, count, nullptr);
   }
   PyObject*& operator[](std::size_t index) { return m_Values[index]; }
 
  private:
-  std::array<PyObject*, 32> m_Few{};
+  std::array<PyObject*, 32> m_Few;  // set as far as the record's fields go
   std::vector<PyObject*> m_Many;
   PyObject** m_Values;
 };
@@ -297,7 +379,7 @@ class GivenValues {
 // Writes the fields of a record, given or fresh, in archive order. False for anything but a dict,
 // for a key that names no field and for two keys of one field (both of which the overlay takes
 // in turn), which the overlay then names.
-bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
+bool EncodeRecord(const EncoderNode& node, PyObject* fields, ValueWriter& out) {
   if (!PyDict_Check(fields)) return false;
   GivenValues given(node.fields.size());
   Py_ssize_t position = 0;
@@ -311,55 +393,73 @@ bool EncodeRecord(const EncoderNode& node, PyObject* fields, EArchive& out) {
     next = *field + 1;
   }
   for (std::size_t i = 0; i < node.fields.size(); ++i) {
-    const EncoderNode& field = *node.fields[i].node;
+    const EncoderNode& field = node.fields[i].node;
     if (given[i] != nullptr) {
       if (!EncodeValue(field, given[i], out)) return false;
       continue;
     }
-    out.Append(static_cast<unsigned int>(field.fresh.size()),
-               reinterpret_cast<const unsigned char*>(field.fresh.data()));
+    out.Written(field.fresh);
   }
   return true;
 }
 
+// Writes the items of a list, given as a list or tuple: the fresh list's own for as many as it has,
+// then fresh ones. False where the overlay would refuse the count, or where it tells the items.
+bool EncodeList(const EncoderNode& node, PyObject* given, ValueWriter& out) {
+  if (!PyList_Check(given) && !PyTuple_Check(given)) return false;
+  const auto count = static_cast<std::size_t>(PySequence_Fast_GET_SIZE(given));
+  const std::size_t fresh = node.items.size();
+  if (node.countWire == ECountWire::kFixed && count != fresh) return false;
+  if (count > fresh && node.grown == nullptr) return false;
+  out.Count(node.countWire, count);
+  PyObject** const items = PySequence_Fast_ITEMS(given);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!EncodeValue(i < fresh ? node.items[i] : *node.grown, items[i], out)) return false;
+  }
+  out.ListEnd(node.countWire);
+  return true;
+}
+
 // Writes `given` as the value `node` describes, with the overlay's checks; false when it does not
-// pass them, or for a list, whose items the overlay shapes.
-bool EncodeValue(const EncoderNode& node, PyObject* given, EArchive& out) {
+// pass them.
+bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out) {
   switch (node.kind) {
     case ERecordValue::Kind::kNumber: {
       if (!IsNumberFor(given, node.wire)) return false;
       const std::optional<std::uint64_t> number = InRange(given, node.wire);
       if (!number || (node.signature && *number != *node.signature)) return false;
-      WriteNumber(out, node.wire, *number);
+      out.Number(node.wire, *number);
       return true;
     }
     case ERecordValue::Kind::kText:
       if (!PyUnicode_Check(given)) return false;
-      out << std::string(TextArgument(given).View());
+      out.Text(TextArgument(given).View());
       return true;
     case ERecordValue::Kind::kBytes: {
       if (!PyBytes_Check(given) && !PyObject_CheckBuffer(given)) return false;
-      WriteBlob(out, BytesArgument(given, "").View());
+      out.Blob(BytesArgument(given, "").View());
       return true;
     }
     case ERecordValue::Kind::kRecord:
       return EncodeRecord(node, given, out);
     case ERecordValue::Kind::kList:
-      return false;
+      return EncodeList(node, given, out);
   }
   return false;
 }
 
 }  // namespace
 
-void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields) {
-  Overlayer(recordClass, value).Record(value, fields, recordClass.name);
-}
-
+// The encoder writes what the overlay of the same dict would: the fresh bytes of each field left
+// out, and the given values after the overlay's own checks, so the bytes are those the overlay
+// writes. Whether the record keeps them is still asked of its own reader on every call: a
+// description does not tell a field kept as given from one a record sets through code of its own
+// (an address cut to its type's length, say), so no class is taken to keep every value unread.
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
   {
     StoringArchive out;
-    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), out.Archive())) {
+    ValueWriter writer(out.Archive());
+    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), writer)) {
       const std::size_t size = out.Bytes().size();
       if (KeepsWritten(recordClass, out.Archive())) return py::bytes(out.Bytes().data(), size);
     }

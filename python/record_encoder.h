@@ -1,13 +1,12 @@
 // Records built from Python dicts. Each class's fresh description is compiled once into an encoder
 // that writes a dict's values straight into archive bytes; whatever it does not take as it stands
-// (a value in error, a list) goes through the overlay of the fresh description, which names the
-// error, so both ways give the same bytes and the same exceptions.
+// (a value in error, items inside a list's added item) goes through the overlay of the fresh
+// description, which names the error, so both ways give the same bytes and the same exceptions.
 #pragma once
 
 #include <pybind11/pybind11.h>
 
 #include "eRecordRegistry.h"
-#include "eRecordValue.h"
 
 namespace eHal::python {
 
@@ -19,9 +18,5 @@ namespace py = pybind11;
 // signature other than the record's ValueError, and a value the record does not keep BadInput
 // naming the first difference.
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields);
-
-// Replaces the values of `value`, the description of a record of `recordClass`, by those
-// `fields` gives, with the checks and errors of EncodeFields.
-void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fields);
 
 }  // namespace eHal::python

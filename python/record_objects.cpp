@@ -46,6 +46,7 @@ PyObject* InternedName(const char* name) {
   // Never destroyed: its strs must not be released after the interpreter ends.
   static auto* const names = new std::unordered_map<const char*, py::object>();
   const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(name);
+  // The top nine bits of the address times 2^64 / phi: addresses a few bytes apart spread out.
   Recent& slot = recent[(address * 0x9E3779B97F4A7C15u) >> 55];
   if (slot.address == name && std::strcmp(slot.text, name) == 0) return slot.interned;
   py::object& interned = (*names)[name];

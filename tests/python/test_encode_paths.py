@@ -2,6 +2,7 @@
 errors named in the order the dict gives them, the values a record does not keep, keyword
 arguments, and calls made again from inside a call."""
 
+import gc
 import sys
 
 import pytest
@@ -79,7 +80,31 @@ def test_values_the_record_does_not_keep_are_found_in_nested_records_and_blobs()
     assert ehal.decode("EFCParams", ehal.encode("EFCParams", {"RtTOV": 0}))["RtTOV"] == 0
 
 
-def test_lists_and_texts_with_surrogates_take_the_same_way_as_before():
+def test_lists_inside_list_items_take_their_items():
+    # The items added to Commands hold lists of their own, which grow from a fresh item too.
+    commands = [{"EditSubId": [1, 2], "Action": 3, "Id": {"Id": [4], "Leaves": [5, 6]},
+                 "Data": b"x"}, {"Action": 7}]
+    record = ehal.decode("ECommandLog", ehal.encode("ECommandLog", {"Commands": commands}))
+    first, second = record["Commands"]
+    assert (first["EditSubId"], first["Id"]["Id"], first["Id"]["Leaves"], first["Data"]) == \
+        ([1, 2], [4], [5, 6], b"x")
+    assert (second["Action"], second["EditSubId"], second["Id"]["Leaves"]) == (7, [], [])
+
+
+def test_lists_are_given_as_lists_or_tuples_and_fixed_ones_whole():
+    assert ehal.encode("EStringList", {"Items": ("a", "bc")}) == \
+        ehal.encode("EStringList", {"Items": ["a", "bc"]})
+    with pytest.raises(ValueError, match=r"ESwitchUpdateMessage\.Entries\[0\]\.Octets: this list "
+                                         r"has exactly 6 items, not 3"):
+        ehal.encode("ESwitchUpdateMessage", {"Entries": [{"FirstValue": 1, "Octets": [1, 2, 3]}]})
+    with pytest.raises(ValueError, match=r"eHal::EPRBS\.Packets\[1\]\.PacketTimestamp: -1 is out"):
+        ehal.encode(PRBS, {"Packets": [{}, {"PacketTimestamp": -1}]})
+    with pytest.raises(TypeError, match=r"eHal::EPRBS\.Packets: a list is given as a list, not "
+                                        r"dict"):
+        ehal.encode(PRBS, {"Packets": {}})
+
+
+def test_texts_with_surrogates_travel_in_lists():
     text = b"\xff\xfe".decode("utf-8", "surrogateescape")
     data = ehal.encode("EStringList", {"Items": [text, "b"]})
     assert ehal.decode("EStringList", data)["Items"] == [text, "b"]
@@ -115,16 +140,31 @@ def test_an_unknown_class_stays_unknown():
             ehal.encode("eHal::EPRBSS", {})
 
 
-class Reentrant(str):
-    """A field name whose comparison encodes another record: a call made inside a call."""
+class Finalised:
+    """An object in a reference cycle whose finaliser calls the module: a collection that runs
+    while the module builds a record's dicts calls it again from inside a call."""
 
-    __hash__ = str.__hash__
+    results = []
 
-    def __eq__(self, other):
-        assert ehal.decode(PRBS, ehal.encode(PRBS, {"BufferSize": 9}))["BufferSize"] == 9
-        return str.__eq__(self, other)
+    def __init__(self):
+        self.cycle = self
+
+    def __del__(self):
+        data = ehal.encode(MESSAGE, {"MessageType": 9, "Message": b"xyz"})
+        Finalised.results.append(ehal.decode(MESSAGE, data)["MessageType"])
 
 
-def test_calls_inside_a_call_keep_apart():
-    expected = ehal.encode(MESSAGE, {"MessageType": 4, "Message": b"abc"})
-    assert ehal.encode(MESSAGE, {Reentrant("MessageType"): 4, "Message": b"abc"}) == expected
+def test_calls_made_while_a_call_runs_keep_apart():
+    data = ehal.encode(MESSAGE, {"MessageType": 4, "Message": b"abc"})
+    threshold = gc.get_threshold()
+    gc.set_threshold(1)
+    try:
+        for _ in range(200):
+            Finalised()
+            record = ehal.decode(MESSAGE, data)
+            assert (record["MessageType"], record["Message"]) == (4, b"abc")
+            assert ehal.encode(MESSAGE, record) == data
+    finally:
+        gc.set_threshold(*threshold)
+    gc.collect()
+    assert Finalised.results and set(Finalised.results) == {9}
