@@ -275,16 +275,24 @@ void Overlay(const ERecordClass& recordClass, ERecordValue& value, py::handle fi
   Overlayer(recordClass, value).Record(value, fields, recordClass.name);
 }
 
+// A class's compiled encoder, and whether its records keep every value their wire forms carry
+// (see ERecordDescription::KeepsEveryValue), so that what the encoder writes needs no reading back.
+struct ClassEncoder {
+  EncoderNode record;
+  bool keepsEveryValue = false;
+};
+
 // The compiled encoder of the class, made on its first use and kept for the process (the caller
 // holds the GIL, which guards the table).
-const EncoderNode& EncoderOf(const ERecordClass& recordClass) {
+const ClassEncoder& EncoderOf(const ERecordClass& recordClass) {
   // Never destroyed: its Python keys must not be released after the interpreter ends.
-  static auto* const encoders = new std::map<const ERecordClass*, EncoderNode>();
+  static auto* const encoders = new std::map<const ERecordClass*, ClassEncoder>();
   const auto found = encoders->find(&recordClass);
   if (found != encoders->end()) return found->second;
   const ERecordValue& fresh = FreshValue(recordClass);
   FreshPlace place{recordClass, fresh, {}};
-  return encoders->emplace(&recordClass, Compile(fresh, &place)).first->second;
+  ClassEncoder encoder{Compile(fresh, &place), recordClass.description->KeepsEveryValue()};
+  return encoders->emplace(&recordClass, std::move(encoder)).first->second;
 }
 
 // Where the encoder writes its values: an archive, each in the form its description writes.
@@ -452,16 +460,19 @@ bool EncodeValue(const EncoderNode& node, PyObject* given, ValueWriter& out) {
 
 // The encoder writes what the overlay of the same dict would: the fresh bytes of each field left
 // out, and the given values after the overlay's own checks, so the bytes are those the overlay
-// writes. Whether the record keeps them is still asked of its own reader on every call: a
-// description does not tell a field kept as given from one a record sets through code of its own
-// (an address cut to its type's length, say), so no class is taken to keep every value unread.
+// writes. Whether the record keeps them is asked of its own reader, unless the class's schema
+// says its records keep every value of their wire forms (an address cut to its type's length, a
+// map that orders its entries, a negative number read back unsigned are not).
 py::bytes EncodeFields(const ERecordClass& recordClass, py::handle fields) {
   {
+    const ClassEncoder& encoder = EncoderOf(recordClass);
     StoringArchive out;
     ValueWriter writer(out.Archive());
-    if (EncodeRecord(EncoderOf(recordClass), fields.ptr(), writer)) {
+    if (EncodeRecord(encoder.record, fields.ptr(), writer)) {
+      // Reading back leaves a terminating zero after the bytes.
       const std::size_t size = out.Bytes().size();
-      if (KeepsWritten(recordClass, out.Archive())) return py::bytes(out.Bytes().data(), size);
+      if (encoder.keepsEveryValue || KeepsWritten(recordClass, out.Archive()))
+        return py::bytes(out.Bytes().data(), size);
     }
   }
   // The overlay names what the encoder did not take; it writes what the encoder leaves to it.

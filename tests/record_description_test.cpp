@@ -4,6 +4,8 @@
 // agree for every class, and that a fresh item of each list's stated type reads back as stated.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -270,4 +272,91 @@ TEST(RecordDescription, NamedValuesPrintBesideTheirNumbers) {
   record.SetTableId(static_cast<eHal::EMacSec::eTableId>(-1));
   const std::string beyond = ERecordValue::Of(record).ToText();
   EXPECT_NE(beyond.find("\nTableId = -1\n"), std::string::npos) << beyond;
+}
+
+namespace {
+
+// The least (`most` false) or the greatest number of a wire form, as a description holds it
+// (sign-extended for the signed forms).
+std::uint64_t EdgeOf(ENumberWire wire, bool most) {
+  switch (wire) {
+    case ENumberWire::kUnsigned8:
+      return most ? 0xFF : 0;
+    case ENumberWire::kUnsigned16:
+      return most ? 0xFFFF : 0;
+    case ENumberWire::kUnsigned64:
+      return most ? ~std::uint64_t{0} : 0;
+    case ENumberWire::kBool:
+      return most ? 1 : 0;
+    case ENumberWire::kSigned32:
+    case ENumberWire::kSignedOutUnsignedIn:
+      return static_cast<std::uint64_t>(std::int64_t{most ? INT32_MAX : INT32_MIN});
+    default:
+      return most ? 0xFFFFFFFF : 0;
+  }
+}
+
+// The value with every number but the signatures set to the edge of its wire form, every text
+// and blob to bytes that hold a NUL and a high byte.
+void SetEdges(ERecordValue& value, bool most) {
+  switch (value.kind) {
+    case ERecordValue::Kind::kNumber:
+      if (value.name != "Signature") value.number = EdgeOf(value.wire, most);
+      return;
+    case ERecordValue::Kind::kText:
+    case ERecordValue::Kind::kBytes:
+      value.bytes = most ? std::string("edge\0\xFF\n", 7) : std::string();
+      return;
+    default:
+      for (ERecordValue& item : value.items)
+        SetEdges(item, most);
+  }
+}
+
+// True when the record reads `value` back and writes the same bytes again.
+bool ReadsBackTheSame(const ERecordClass& recordClass, const ERecordValue& value) {
+  const std::string written = BytesOf(value);
+  const ERecordRead read = recordClass.Read(written);
+  return read.Complete() && BytesOf(*read.record) == written;
+}
+
+}  // namespace
+
+// A class whose description says it keeps every value is trusted to without reading back (the
+// Python module's encode does so), so the claim is checked against the record's own reader at
+// the edges of every wire form and with distinct values, list items included.
+TEST(RecordDescription, AClassThatKeepsEveryValueReadsBackEdgeValuesUnchanged) {
+  std::vector<std::string> keeping;
+  for (const ERecordClass& recordClass : ERecordRegistry::Classes()) {
+    if (!recordClass.description->KeepsEveryValue()) continue;
+    SCOPED_TRACE(recordClass.name);
+    keeping.push_back(recordClass.name);
+    ERecordValue value = ERecordValue::Of(*recordClass.Create());
+    AddListItems(value, *recordClass.description);
+    for (const bool most : {false, true}) {
+      ERecordValue edges = value;
+      SetEdges(edges, most);
+      EXPECT_TRUE(ReadsBackTheSame(recordClass, edges)) << (most ? "greatest" : "least");
+    }
+    EXPECT_TRUE(ReadsBackTheSame(recordClass, WithDistinctValues(value)));
+  }
+  EXPECT_GE(keeping.size(), 40u);
+  for (const char* name : {"eHal::EMessage", "EDHCPStats", "eHal::EPRBS", "eHal::EClientID"})
+    EXPECT_NE(std::find(keeping.begin(), keeping.end(), name), keeping.end()) << name;
+}
+
+// Records whose readers change what they read do not claim to keep every value: an address cut
+// to its type's length, a map that orders its entries, a list a 0 item would end, and records
+// that hold any of those.
+TEST(RecordDescription, AClassWhoseReaderChangesValuesDoesNotClaimToKeepThem) {
+  for (const char* name : {"EIPAddress", "EIPMaskedAddress", "EIPAddressTable", "EBlob"}) {
+    const ERecordClass* recordClass = ERecordRegistry::Find(name);
+    ASSERT_NE(recordClass, nullptr) << name;
+    EXPECT_FALSE(recordClass->description->KeepsEveryValue()) << name;
+  }
+  // The address of an EIPAddress is cut to its type's length as it is read.
+  const ERecordClass& address = *ERecordRegistry::Find("EIPAddress");
+  ERecordValue value = ERecordValue::Of(*address.Create());
+  SetEdges(value, true);
+  EXPECT_FALSE(ReadsBackTheSame(address, value));
 }

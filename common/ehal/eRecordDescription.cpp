@@ -12,6 +12,18 @@ EValueType OfKind(EValueType::Kind kind) {
   return type;
 }
 
+// True when every record a value of `type` holds keeps every value (see KeepsEveryValue).
+bool KeepsEveryValue(const EValueType& type) {
+  switch (type.kind) {
+    case EValueType::Kind::kRecord:
+      return type.record().KeepsEveryValue();
+    case EValueType::Kind::kList:
+      return KeepsEveryValue(*type.item);
+    default:
+      return true;
+  }
+}
+
 }  // namespace
 
 EValueType EValueType::Number(ENumberWire wire) {
@@ -57,4 +69,12 @@ const EFieldDescription* ERecordDescription::FindField(std::string_view name) co
     }
   }
   return nullptr;
+}
+
+bool ERecordDescription::KeepsEveryValue() const {
+  if (!readKeepsFields) return false;
+  for (const EFieldDescription& field : fields) {
+    if (!::KeepsEveryValue(field.type)) return false;
+  }
+  return true;
 }

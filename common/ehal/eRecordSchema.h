@@ -474,6 +474,69 @@ struct DefaultCodec<Item[N]> {
   using Type = FixedArrayCodec<CodecOf<Item>>;
 };
 
+template <typename Schema>
+struct PartCodec;
+
+// The bits of the numbers a wire form carries.
+constexpr std::size_t WireBits(ENumberWire wire) {
+  switch (wire) {
+    case ENumberWire::kUnsigned8:
+      return 8;
+    case ENumberWire::kUnsigned16:
+      return 16;
+    case ENumberWire::kUnsigned64:
+      return 64;
+    case ENumberWire::kBool:
+      return 1;
+    default:
+      return 32;
+  }
+}
+
+// True when a member of type `Member` holds every number of the wire form `W`, so that a number
+// read into it is written back unchanged. A bool holds only the 0 or 1 of kBool, which any
+// integer holds too; an enumeration holds what its underlying type holds. No member keeps a
+// negative kSignedOutUnsignedIn: it is written with its '-' and read back unsigned, which takes
+// the '-' for a digit.
+template <ENumberWire W, typename Member>
+constexpr bool HoldsWire() {
+  if constexpr (W == ENumberWire::kSignedOutUnsignedIn) {
+    return false;
+  } else if constexpr (std::is_enum_v<Member>) {
+    return HoldsWire<W, std::underlying_type_t<Member>>();
+  } else if constexpr (std::is_same_v<Member, bool>) {
+    return W == ENumberWire::kBool;
+  } else if constexpr (std::is_integral_v<Member>) {
+    return sizeof(Member) * 8 >= WireBits(W);
+  } else {
+    return false;
+  }
+}
+
+// Whether reading back in `Codec` into a `Member` stores every value that writing it carries:
+// numbers the member holds whole, texts, blobs, lists of such items, and nested records, which
+// answer for themselves through their descriptions (see ERecordDescription::KeepsEveryValue).
+// Any other codec (a map, which orders and merges its entries; a zero-ended list, which a 0 item
+// would end; a value computed from several members) is taken not to.
+template <typename Codec, typename Member>
+struct KeepsWhole : std::false_type {};
+template <ENumberWire W, typename Member>
+struct KeepsWhole<NumberCodec<W>, Member> : std::bool_constant<HoldsWire<W, Member>()> {};
+template <>
+struct KeepsWhole<TextCodec, std::string> : std::true_type {};
+template <>
+struct KeepsWhole<BlobCodec, EBlob> : std::true_type {};
+template <typename Member>
+struct KeepsWhole<NestedCodec, Member> : std::true_type {};
+template <typename Base, typename Record>
+struct KeepsWhole<BasePartCodec<Base>, Record> : std::true_type {};
+template <typename Schema, typename T>
+struct KeepsWhole<PartCodec<Schema>, T> : std::true_type {};
+template <typename Item>
+struct KeepsWhole<VectorCodec, std::vector<Item>> : KeepsWhole<CodecOf<Item>, Item> {};
+template <typename Item, typename T, std::size_t N>
+struct KeepsWhole<FixedArrayCodec<Item>, T[N]> : KeepsWhole<Item, T> {};
+
 // ---------------------------------------------------------------------------------------------
 // Fields.
 
@@ -511,6 +574,7 @@ struct FieldOf {
   using CodecType = Codec;
   static constexpr bool kCounter = IsCounter;
   static constexpr bool kHasAbsentValue = false;
+  static constexpr bool kKeepsWhole = KeepsWhole<Codec, Member>::value;
 
   const char* name;
   Member Record::*member;
@@ -576,6 +640,7 @@ struct PropertyOf {
   static_assert(kIsReadOnlyCodec<Codec, Record>, "a property's codec reads the whole record");
   static constexpr bool kCounter = false;
   static constexpr bool kHasAbsentValue = false;
+  static constexpr bool kKeepsWhole = KeepsWhole<Codec, Record>::value;
 
   const char* name;
 
@@ -1062,11 +1127,26 @@ std::vector<EFieldDescription> FieldDescriptions(const Fields& fields) {
   return described;
 }
 
+// True when reading the written layout back stores every field's value as written, as far as the
+// schema's own fields go: each keeps its value whole and no step of the record's own follows the
+// signature (kBeforeRead only empties the record before every field is read again).
+template <typename Schema>
+constexpr bool ReadKeepsFields() {
+  if constexpr (kHasAfterRead<Schema> || kHasOnSignature<Schema>) {
+    return false;
+  } else {
+    return std::apply(
+        [](const auto&... fields) { return (std::decay_t<decltype(fields)>::kKeepsWhole && ...); },
+        Schema::kFields);
+  }
+}
+
 // The static description of the schema's record.
 template <typename Schema>
 ERecordDescription DescriptionOf() {
   ERecordDescription description;
   description.fields = FieldDescriptions(Schema::kFields);
+  description.readKeepsFields = ReadKeepsFields<Schema>();
   description.readOnlyFields = FieldDescriptions(ReadOnlyFieldsOf<Schema>::kValue);
   if constexpr (HasSignature<Schema>::value) {
     description.hasSignature = true;

@@ -71,6 +71,15 @@ struct ERecordDescription {
   std::vector<ERecordLayout> layouts;
   // The report for a signature that no layout names (for a record with a signature).
   ERefusalReport refusal = {"", 0, ""};
+  // True when reading the written layout back stores each field's value as it was written, for
+  // every value of the field's wire form, nested records aside (they answer for themselves).
+  // False for a record whose reader runs code of its own over what it read.
+  bool readKeepsFields = false;
+
+  // True when this record and every record nested in it keep every value their fields' wire
+  // forms carry: bytes written from any such values read back into a record that writes them
+  // again unchanged.
+  bool KeepsEveryValue() const;
 
   // The field of that name, among `fields` and then `readOnlyFields`; null when there is none.
   const EFieldDescription* FindField(std::string_view name) const;
