@@ -58,15 +58,6 @@ void ReadOne(EArchive& archive, unsigned int choice) {
   }
 }
 
-// The bytes of a record, or of its description, written into a fresh archive.
-template <typename T>
-EBlob Written(const T& value) {
-  EArchive archive;
-  archive.SetMode(eModeStoring);
-  archive << value;
-  return archive.GetAsEBlob();
-}
-
 }  // namespace
 
 void ReadArchiveInput(const std::uint8_t* data, std::size_t size) {
@@ -120,7 +111,14 @@ RecordInput ReadRecordInput(const std::uint8_t* data, std::size_t size) {
 }
 
 bool DescribesItselfExactly(const EAnyRecord& record) {
-  return Written(ERecordValue::Of(record)) == Written(record);
+  // The description and the record, each written into a fresh archive; their bytes compared.
+  EArchive described;
+  EArchive written;
+  described.SetMode(eModeStoring);
+  written.SetMode(eModeStoring);
+  described << ERecordValue::Of(record);
+  written << record;
+  return described.GetAsEBlob() == written.GetAsEBlob();
 }
 
 bool CheckRecordInput(const std::uint8_t* data, std::size_t size) {

@@ -128,8 +128,8 @@ unsigned char* EArchive::ReserveSlow(unsigned int position, unsigned int length)
 }
 
 unsigned int EArchive::GrowthAllocation(const EBlob& blob, std::uint64_t needed) {
-  const std::uint64_t doubled = 2 * std::uint64_t{blob.Allocated(EBlob::ResizeKey())};
-  return static_cast<unsigned int>(std::min(std::max(needed, doubled), eHal::detail::kLargestBlob));
+  return static_cast<unsigned int>(
+      std::min(blob.GrowthAllocation(EBlob::ResizeKey(), needed), eHal::detail::kLargestBlob));
 }
 
 void EArchive::Append(unsigned int length, const unsigned char* bytes) {

@@ -127,9 +127,7 @@ void EBlob::Reallocate(unsigned int capacity, unsigned int keep, unsigned int al
 
 void EBlob::ReserveForCopy(unsigned int length) {
   if (m_Data == nullptr || length > m_Allocated) {
-    const std::uint64_t allocation =
-        m_Data == nullptr ? length
-                          : std::max(std::uint64_t{length}, 2 * std::uint64_t{m_Allocated});
+    const std::uint64_t allocation = GrowthAllocation(ResizeKey(), length);
     FreeBuf();
     m_Data = static_cast<unsigned char*>(std::malloc(allocation));
     if (m_Data == nullptr) throw std::bad_alloc();

@@ -164,9 +164,8 @@ class EArchive {
   // WriteNumber when the room for the longest text is not there: the text goes through Append.
   template <typename Number>
   EArchive& AppendNumber(Number value);
-  // The allocation for `needed` bytes of a blob that must grow: exactly those for a blob without
-  // an allocation, otherwise at least twice its allocation, so that a reused blob or archive whose
-  // contents grow a little from message to message is not reallocated every time.
+  // The blob's allocation for `needed` bytes when it must grow (EBlob::GrowthAllocation), at most
+  // the largest blob.
   static unsigned int GrowthAllocation(const EBlob& blob, std::uint64_t needed);
   // ReadUnsignedInt for every token that its inline fast path does not take.
   unsigned int ReadUnsignedIntSlow();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -132,9 +133,10 @@ class EBlob {
   // Bytes usable without a new allocation: the capacity, or 0 when nothing is allocated.
   unsigned int Room() const { return m_Data != nullptr ? m_Capacity : 0; }
 
-  // The key to Resize: only the archive can make one.
+  // The key to Resize: only the archive (and the blob itself) can make one.
   class ResizeKey {
     friend class EArchive;
+    friend class EBlob;
     // Provided rather than defaulted, so that `ResizeKey{}` is no aggregate anyone may build.
     ResizeKey() {}
   };
@@ -158,6 +160,10 @@ class EBlob {
   // The bytes allocated behind the capacity (0 without an allocation), for the archive's writes in
   // place.
   unsigned int Allocated(ResizeKey) const { return m_Data != nullptr ? m_Allocated : 0; }
+  // Growing to `needed` bytes allocates those, or twice an existing allocation when that is more.
+  std::uint64_t GrowthAllocation(ResizeKey, std::uint64_t needed) const {
+    return std::max(needed, 2 * std::uint64_t{Allocated(ResizeKey())});
+  }
 
  private:
   // Append when the allocation must first grow to the exact size needed.
@@ -171,8 +177,8 @@ class EBlob {
   void Reallocate(unsigned int capacity, unsigned int keep, unsigned int allocation);
   // Makes the capacity exactly `length` (above the room) for bytes about to be copied over all of
   // it: within the allocation when it holds them, else in a new one, left uninitialised since the
-  // copy fills it, that doubles a previous allocation, so that a reused blob whose contents grow a
-  // little is not reallocated every time.
+  // copy fills it, whose GrowthAllocation spares a reused blob that grows a little from
+  // reallocating every time.
   void ReserveForCopy(unsigned int length);
   // Takes the other's allocation and leaves it as Init() does.
   void TakeFrom(EBlob& other) noexcept {
