@@ -486,7 +486,9 @@ class SummaryReporter : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.error_occurred) continue;
-      Result& result = m_Results[run.benchmark_name()];
+      // With repetitions, the median (reported after the repetitions) replaces them.
+      if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median") continue;
+      Result& result = m_Results[run.run_name.str()];
       result.ns = run.GetAdjustedRealTime();
       const auto allocations = run.counters.find("allocs");
       if (allocations != run.counters.end()) result.allocations = allocations->second.value;
