@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 
@@ -73,6 +75,34 @@ const char kStartCaptureText[] =
     "Start = 0\n"
     "Packets = []\n"
     "-- 29 bytes consumed, 0 remain\n";
+
+// The long options a text names ("--list"); the man page's escaped hyphens (a backslash before
+// the hyphen) count as hyphens.
+std::set<std::string> LongOptions(const std::string& text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\\' && i + 1 < text.size() && text[i + 1] == '-') continue;
+    plain += text[i];
+  }
+  std::set<std::string> options;
+  for (std::size_t at = plain.find("--"); at != std::string::npos; at = plain.find("--", at + 2)) {
+    std::size_t end = at + 2;
+    while (end < plain.size() && (std::islower(static_cast<unsigned char>(plain[end])) != 0 ||
+                                  (end > at + 2 && plain[end] == '-')))
+      ++end;
+    if (end > at + 2) options.insert(plain.substr(at, end - at));
+  }
+  return options;
+}
+
+// The man page is written by hand: it must name exactly the options the tool's help lists.
+TEST(DumpTool, TheManPageNamesEveryOptionOfTheHelp) {
+  const ToolRun help = RunTool("--help");
+  ASSERT_EQ(help.status, 0);
+  const std::set<std::string> listed = LongOptions(help.out);
+  EXPECT_GE(listed.size(), 10u);
+  EXPECT_EQ(LongOptions(ReadFile(std::string(EHAL_SOURCE_DIR) + "/tools/ehal-dump.1")), listed);
+}
 
 TEST(DumpTool, DecodesRawBytesFromStandardInput) {
   const std::string bytes = BytesOf(StartCapture());
