@@ -27,21 +27,11 @@ struct NumberRange {
 };
 
 NumberRange RangeOf(ENumberWire wire) {
-  switch (wire) {
-    case ENumberWire::kUnsigned8:
-      return {0, 0xFF};
-    case ENumberWire::kUnsigned16:
-      return {0, 0xFFFF};
-    case ENumberWire::kSigned32:
-    case ENumberWire::kSignedOutUnsignedIn:
-      return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
-    case ENumberWire::kUnsigned64:
-      return {0, std::numeric_limits<std::uint64_t>::max()};
-    case ENumberWire::kBool:
-      return {0, 1};
-    default:
-      return {0, std::numeric_limits<std::uint32_t>::max()};
-  }
+  const unsigned int bits = WireBits(wire);
+  if (IsSignedWire(wire))
+    return {-(std::int64_t{1} << (bits - 1)), (std::uint64_t{1} << (bits - 1)) - 1};
+  return {0,
+          bits == 64 ? std::numeric_limits<std::uint64_t>::max() : (std::uint64_t{1} << bits) - 1};
 }
 
 // True when `given` is a number for a field of the wire form: an int, a bool only for kBool.

@@ -477,22 +477,6 @@ struct DefaultCodec<Item[N]> {
 template <typename Schema>
 struct PartCodec;
 
-// The bits of the numbers a wire form carries.
-constexpr std::size_t WireBits(ENumberWire wire) {
-  switch (wire) {
-    case ENumberWire::kUnsigned8:
-      return 8;
-    case ENumberWire::kUnsigned16:
-      return 16;
-    case ENumberWire::kUnsigned64:
-      return 64;
-    case ENumberWire::kBool:
-      return 1;
-    default:
-      return 32;
-  }
-}
-
 // True when a member of type `Member` holds every number of the wire form `W`, so that a number
 // read into it is written back unchanged. A bool holds only the 0 or 1 of kBool, which any
 // integer holds too; an enumeration holds what its underlying type holds. No member keeps a

@@ -30,6 +30,22 @@ constexpr bool IsSignedWire(ENumberWire wire) {
   return wire == ENumberWire::kSigned32 || wire == ENumberWire::kSignedOutUnsignedIn;
 }
 
+// The bits of the numbers a form carries: 8, 16, 32 or 64, and 1 for a flag.
+constexpr unsigned int WireBits(ENumberWire wire) {
+  switch (wire) {
+    case ENumberWire::kUnsigned8:
+      return 8;
+    case ENumberWire::kUnsigned16:
+      return 16;
+    case ENumberWire::kUnsigned64:
+      return 64;
+    case ENumberWire::kBool:
+      return 1;
+    default:
+      return 32;
+  }
+}
+
 // How a list says how many items it holds.
 enum class ECountWire : unsigned char {
   kUnsigned64,  // a count written as unsigned 64-bit text, read back as unsigned 32-bit
