@@ -11,10 +11,10 @@
 #include <boost/archive/text_oarchive.hpp>
 #include <boost/serialization/string.hpp>
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -127,14 +127,15 @@ using exchange_bench::Envelope;
 using exchange_bench::Prbs;
 
 void FillProto(DhcpStats& stats, unsigned int seed) {
-  stats.set_discovers_sent(123456 + seed);
-  stats.set_discovers_offers_received(120000 + seed);
-  stats.set_requests_sent(119000);
-  stats.set_enabled_interfaces(4096);
-  stats.set_addresses_discovered(118500);
-  stats.set_ack_received(118000);
-  stats.set_nak_received(17);
-  stats.set_releases_sent(3);
+  const std::array<unsigned int, 8> counters = exchange::Counters(seed);
+  stats.set_discovers_sent(counters[0]);
+  stats.set_discovers_offers_received(counters[1]);
+  stats.set_requests_sent(counters[2]);
+  stats.set_enabled_interfaces(counters[3]);
+  stats.set_addresses_discovered(counters[4]);
+  stats.set_ack_received(counters[5]);
+  stats.set_nak_received(counters[6]);
+  stats.set_releases_sent(counters[7]);
 }
 
 std::uint64_t SumProto(const DhcpStats& stats) {
@@ -350,9 +351,8 @@ void BoostRead(const std::string& text, Value& value) {
 
 bool BoostStatsRoundTrip(unsigned int seed) {
   BoostStats stats;
-  const unsigned int values[8] = {123456 + seed, 120000 + seed, 119000, 4096,
-                                  118500,        118000,        17,     3};
-  std::copy(std::begin(values), std::end(values), stats.values);
+  const std::array<unsigned int, 8> counters = exchange::Counters(seed);
+  std::copy(counters.begin(), counters.end(), stats.values);
   BoostStats back;
   BoostRead(BoostArchived(stats), back);
   std::uint64_t sum = 0;

@@ -3,7 +3,9 @@
 // travels without an envelope.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <numeric>
 #include <vector>
 
 #include "eArchive.h"
@@ -17,16 +19,22 @@ inline constexpr auto kRequest = static_cast<eHal::EMessage::eMessageType>(1);
 inline constexpr auto kReply = static_cast<eHal::EMessage::eMessageType>(2);
 inline constexpr unsigned int kPort = 7;
 
-// The eight counters as a client fills them, varied by `seed`.
+// The eight counters as a client fills them, in the record's field order, varied by `seed`.
+inline std::array<unsigned int, 8> Counters(unsigned int seed) {
+  return {123456 + seed, 120000 + seed, 119000, 4096, 118500, 118000, 17, 3};
+}
+
+// The counters set as a client sets them.
 inline void Fill(EDHCPStats& stats, unsigned int seed) {
-  stats.SetDHCPDiscoversSent(123456 + seed);
-  stats.SetDHCPDiscoversOffersReceived(120000 + seed);
-  stats.SetDHCPRequestsSent(119000);
-  stats.SetDHCPEnabledInterfaces(4096);
-  stats.SetDHCPAddressesDiscovered(118500);
-  stats.SetDHCPACKReceived(118000);
-  stats.SetDHCPNAKReceived(17);
-  stats.SetDHCPReleasesSent(3);
+  const std::array<unsigned int, 8> counters = Counters(seed);
+  stats.SetDHCPDiscoversSent(counters[0]);
+  stats.SetDHCPDiscoversOffersReceived(counters[1]);
+  stats.SetDHCPRequestsSent(counters[2]);
+  stats.SetDHCPEnabledInterfaces(counters[3]);
+  stats.SetDHCPAddressesDiscovered(counters[4]);
+  stats.SetDHCPACKReceived(counters[5]);
+  stats.SetDHCPNAKReceived(counters[6]);
+  stats.SetDHCPReleasesSent(counters[7]);
 }
 
 // What a reader does with the counters: reads all eight.
@@ -39,7 +47,8 @@ inline std::uint64_t Sum(const EDHCPStats& stats) {
 
 // The sum Sum gives for the counters Fill sets.
 inline std::uint64_t ExpectedSum(unsigned int seed) {
-  return 123456ull + 120000 + 119000 + 4096 + 118500 + 118000 + 17 + 3 + 2ull * seed;
+  const std::array<unsigned int, 8> counters = Counters(seed);
+  return std::accumulate(counters.begin(), counters.end(), std::uint64_t{0});
 }
 
 // The client's identity.
